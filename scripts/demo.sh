@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# The main job: builds the plug-in and the host, then renders the demo scene.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/deps.sh
+scripts/build.sh default >/dev/null
+exec build/spatiola demo "$@"
