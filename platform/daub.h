@@ -75,6 +75,19 @@ class DAUB_IFont {
 };
 
 // Drawing functions, fetched by name ("DAUB_CreateBitmap", ...).
+//
+// Geometry: integer coordinate (x, y) names the pixel whose centre is (x + 0.5, y + 0.5); float
+// coordinates use the same origin, so 3.0 is the centre of pixel 3. Lines run between the centres
+// of their end points, both ends included. DAUB_FillRect covers w x h pixels from (x, y);
+// DAUB_DrawRect outlines the rectangle through the centres of (x, y) and (x + w, y + h), so its
+// right and bottom edges are the pixels x + w and y + h. Circles are centred on the centre of pixel
+// (cx, cy). Drawing is clipped to the bitmap. Modes: DAUB_BLIT_MODE_COPY blends colour over the
+// destination by alpha (colour alpha x argument alpha); DAUB_BLIT_MODE_ADD adds colour x alpha to
+// the destination's channels, saturating. DAUB_Clear sets every pixel to the colour, no blending.
+// DAUB_DrawGlyph blends `color` through a row-major glyphW x glyphH alpha map whose top-left pixel
+// lands on (x, y). DAUB_RotatedBlit maps the source rectangle onto the destination rectangle turned
+// by `angle` radians about the destination rectangle's centre offset by (rotCenterX, rotCenterY);
+// positive angles turn clockwise on the screen (y grows downwards).
 using DAUB_CreateBitmapFn = DAUB_IBitmap* (*)(int kind, int width, int height);
 using DAUB_GetPixelFn = DAUB_pixel (*)(DAUB_IBitmap* bm, int x, int y);
 using DAUB_PutPixelFn = void (*)(DAUB_IBitmap* bm, int x, int y, DAUB_pixel color, float alpha,
