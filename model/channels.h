@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 constexpr int kMaxInputs = 64;     // one bit per input in the dirty and audible masks
 constexpr int kMaxSpeakers = 64;   // one bit per speaker in the audible mask
@@ -56,3 +57,10 @@ enum : std::uint32_t {
   kChangeInputs = 16,   // input positions, diffusion, mute/solo
   kChangeAll = 31,
 };
+
+// Copies a name into a record's field: at most 63 characters, always terminated.
+inline void copyChannelName(char (&destination)[kNameCapacity], const char* source) {
+  const std::size_t length = strnlen(source, kNameCapacity - 1);
+  std::memcpy(destination, source, length);
+  destination[length] = '\0';
+}

@@ -21,7 +21,9 @@ bool createModelMutex(pthread_mutex_t& mutex) {
 
 }  // namespace
 
-PannerPlugin::PannerPlugin() { mutexReady = createModelMutex(modelMutex); }
+PannerPlugin::PannerPlugin() {
+  mutexReady = createModelMutex(modelMutex);
+}
 
 PannerPlugin::~PannerPlugin() {
   if (mutexReady) pthread_mutex_destroy(&modelMutex);

@@ -1,0 +1,94 @@
+// Parameter names and display texts.
+#include <cmath>
+#include <cstdio>
+
+#include "model/parameter_index.h"
+#include "model/parameters.h"
+
+namespace {
+
+constexpr const char* kGlobalNames[4] = {"scale X", "scale Y", "scale Z", "ctr trim"};
+constexpr const char* kInputWords[10] = {"gain",    "X",    "Y",     "Z",    "LFE send",
+                                         "diffuse", "bias", "angle", "mute", "solo"};
+constexpr const char* kSpeakerWords[7] = {"gain", "X", "Y", "Z", "influence", "mute", "solo"};
+
+constexpr double kSilentGain = 2.9802322387695312e-08;  // 2^-25
+constexpr double kDbPerNeper = 8.685889638065037;       // 20 / ln 10
+
+bool isShownInDb(const ParameterSlot& slot) {
+  switch (slot.group) {
+    case ParameterGroup::Global:
+      return slot.channel == 3;
+    case ParameterGroup::Input:
+      return slot.field == kInGain || slot.field == kInLfeSend;
+    case ParameterGroup::Speaker:
+      return slot.field == kSpkGain;
+    default:
+      return false;
+  }
+}
+
+void writeDecibels(char* buffer, std::size_t length, double value) {
+  const double gain = 4.0 * value;
+  if (gain < kSilentGain) {
+    std::snprintf(buffer, length, "-inf");
+    return;
+  }
+  const double levelDb = std::log(gain) * kDbPerNeper;
+  if (levelDb <= -144.0) {
+    std::snprintf(buffer, length, "-inf");
+  } else {
+    std::snprintf(buffer, length, "%.1f", levelDb);
+  }
+}
+
+// The speaker's name is cut so that the field word still fits the buffer.
+int speakerNamePrecision(std::size_t length) {
+  return length > 10 ? static_cast<int>(length - 8) : 8;
+}
+
+}  // namespace
+
+void getParameterName(PannerPlugin& plugin, int index, char* buffer, std::size_t length) {
+  if (buffer == nullptr || length == 0) return;
+  buffer[0] = '\0';
+  if (index < 0) {
+    std::snprintf(buffer, length, "resvd");
+    return;
+  }
+  ModelLock lock(plugin);
+  const ParameterSlot slot = locateParameter(plugin, index);
+  switch (slot.group) {
+    case ParameterGroup::Global:
+      std::snprintf(buffer, length, "%s", kGlobalNames[slot.channel]);
+      break;
+    case ParameterGroup::Input:
+      std::snprintf(buffer, length, "in %d %s", slot.channel + 1, kInputWords[slot.field]);
+      break;
+    case ParameterGroup::Speaker:
+      std::snprintf(buffer, length, "%.*s %s", speakerNamePrecision(length),
+                    plugin.speakers[slot.channel].name, kSpeakerWords[slot.field]);
+      break;
+    case ParameterGroup::None:
+      break;
+  }
+}
+
+void getParameterDisplay(PannerPlugin& plugin, int index, char* buffer, std::size_t length,
+                         bool hasValue, float value) {
+  if (buffer == nullptr || length == 0) return;
+  buffer[0] = '\0';
+  ParameterSlot slot;
+  {
+    ModelLock lock(plugin);
+    slot = locateParameter(plugin, index);
+  }
+  if (slot.group == ParameterGroup::None) return;
+  double v = hasValue ? static_cast<double>(value) : getParameterValue(plugin, index);
+  v = std::isfinite(v) ? std::fmin(1.0, std::fmax(0.0, v)) : 0.0;
+  if (isShownInDb(slot)) {
+    writeDecibels(buffer, length, v);
+  } else {
+    std::snprintf(buffer, length, "%f", v);
+  }
+}

@@ -1,0 +1,80 @@
+// A recording host and instances made the way the plug-in's entry point makes them.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "model/counts.h"
+#include "model/host_link.h"
+#include "model/layouts.h"
+#include "platform/host_functions.h"
+
+struct HostCall {
+  std::int32_t opcode;
+  std::int32_t index;
+  VstIntPtr value;
+  float opt;
+  ParameterListChange change;  // the record behind ptr of a parameter-list notification
+  VstIntPtr ptrValue;          // ptr as an integer (channel-count notifications)
+};
+
+// Records every call the model makes through hostCallback. Install one per test.
+class RecordingHost {
+ public:
+  RecordingHost() {
+    active_ = this;
+    hostCallback = &RecordingHost::callback;
+  }
+  ~RecordingHost() {
+    hostCallback = nullptr;
+    active_ = nullptr;
+  }
+  std::vector<HostCall> calls() const {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return calls_;
+  }
+  void clear() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    calls_.clear();
+  }
+
+ private:
+  static VstIntPtr callback(AEffect*, std::int32_t opcode, std::int32_t index, VstIntPtr value,
+                            void* ptr, float opt) {
+    HostCall call{opcode, index, value, opt, {}, reinterpret_cast<VstIntPtr>(ptr)};
+    if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
+      call.change = *static_cast<ParameterListChange*>(ptr);
+    }
+    std::lock_guard<std::mutex> lock(active_->mutex_);
+    active_->calls_.push_back(call);
+    return 0;
+  }
+
+  static inline RecordingHost* active_ = nullptr;
+  mutable std::mutex mutex_;
+  std::vector<HostCall> calls_;
+};
+
+// Holds Shift down (or not) for the model's key test while alive.
+class ShiftKey {
+ public:
+  explicit ShiftKey(bool held) {
+    held_ = held;
+    asyncKeyState = [](int key) -> short { return key == 0x10 && held_ ? -32768 : 0; };
+  }
+  ~ShiftKey() { asyncKeyState = nullptr; }
+
+ private:
+  static inline bool held_ = false;
+};
+
+// An instance with `channels` inputs and the default layout, as a host would receive it.
+inline std::unique_ptr<PannerPlugin> makeInstance(int channels) {
+  auto plugin = std::make_unique<PannerPlugin>();
+  plugin->effect.object = plugin.get();
+  plugin->effect.numParams = parameterCountFor(0, 0);
+  setInputCount(*plugin, channels);
+  applyDefaultLayout(*plugin, channels);
+  return plugin;
+}

@@ -1,0 +1,349 @@
+// The saved state block: layout, round trips, older versions, cut-off and hostile blocks.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "../model/model_fixture.h"
+#include "plugin/state_chunk.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+Bytes saved(PannerPlugin& plugin) {
+  void* data = nullptr;
+  const std::int32_t length = writeStateChunk(plugin, &data);
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  return Bytes(bytes, bytes + length);
+}
+
+void load(PannerPlugin& plugin, const Bytes& block, std::size_t length) {
+  readStateChunk(plugin, block.data(), static_cast<std::int32_t>(length));
+}
+void load(PannerPlugin& plugin, const Bytes& block) {
+  load(plugin, block, block.size());
+}
+
+// Writes blocks of any version by hand.
+struct BlockBuilder {
+  Bytes bytes;
+  BlockBuilder& i32(std::int32_t v) {
+    for (int i = 0; i < 4; ++i)
+      bytes.push_back(static_cast<unsigned char>(static_cast<std::uint32_t>(v) >> (8 * i)));
+    return *this;
+  }
+  BlockBuilder& f64(double v) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &v, 8);
+    for (int i = 0; i < 8; ++i) bytes.push_back(static_cast<unsigned char>(bits >> (8 * i)));
+    return *this;
+  }
+  static constexpr std::int32_t kTextLength = std::numeric_limits<std::int32_t>::min();
+  BlockBuilder& name(const std::string& text, std::int32_t length = kTextLength) {
+    i32(length == kTextLength ? static_cast<std::int32_t>(text.size()) : length);
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    return *this;
+  }
+  // Header of `version` with the given counts; the other fields are recognisable values.
+  BlockBuilder& header(int version, std::int32_t inputs, std::int32_t speakers) {
+    i32(version).i32(5).i32(7);
+    if (version >= 4) i32(4).i32(8);
+    i32(1).i32(2).i32(3);
+    if (version >= 3) i32(0x20000);
+    f64(0.5).f64(0.3).f64(1.5).f64(0.75).f64(0.25);
+    return i32(inputs).i32(speakers);
+  }
+  BlockBuilder& input(int version, double x, const std::string& text,
+                      std::int32_t length = kTextLength) {
+    if (version >= 3) f64(2.0);
+    f64(0.5).f64(x).f64(0.2).f64(0.1).f64(0.3).f64(-0.4).f64(0.6).i32(0b1011);
+    return name(text, length);
+  }
+  BlockBuilder& speaker(int version, double x, const std::string& text,
+                        std::int32_t length = kTextLength) {
+    if (version >= 3) f64(0.5);
+    f64(x).f64(-0.5).f64(0.25);
+    if (version >= 2) f64(1.5);
+    i32(0b101);
+    return name(text, length);
+  }
+};
+
+class StateChunk : public ::testing::Test {
+ protected:
+  RecordingHost host;
+  std::unique_ptr<PannerPlugin> plugin = makeInstance(2);
+  std::unique_ptr<PannerPlugin> other = makeInstance(2);
+};
+
+void expectWithinLimits(const PannerPlugin& p) {
+  ASSERT_LE(p.inputCount(), 64);
+  ASSERT_LE(p.speakerCount(), 64);
+  EXPECT_EQ(p.effect.numParams, parameterCountFor(p.inputCount(), p.speakerCount()));
+  EXPECT_EQ(p.effect.numOutputs, p.speakerCount());
+  for (const InputChannel& input : p.inputs) {
+    EXPECT_LT(strnlen(input.name, kNameCapacity), static_cast<std::size_t>(kNameCapacity));
+    for (double v : {input.gain, input.x, input.y, input.z, input.diffuse})
+      EXPECT_TRUE(std::isfinite(v));
+  }
+  for (const Speaker& speaker : p.speakers) {
+    EXPECT_LT(strnlen(speaker.name, kNameCapacity), static_cast<std::size_t>(kNameCapacity));
+  }
+}
+
+}  // namespace
+
+TEST_F(StateChunk, FreshStereoInstanceHasTheDocumentedSize) {
+  // Header, two inputs named "channel N" (9 bytes), speakers "left" and "right".
+  EXPECT_EQ(saved(*plugin).size(), 84u + 2 * (72 + 9) + (48 + 4) + (48 + 5));
+}
+
+TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
+  PannerPlugin& p = *plugin;
+  p.layoutPreset = 0;
+  p.userSpeakerCount = 2;
+  p.inputFaderOffset = 4;
+  p.speakerFaderOffset = 8;
+  p.groupKnobModes[0] = 3;
+  p.groupKnobModes[1] = 9;
+  p.groupKnobModes[2] = 11;
+  p.optionFlags = 0x20101;
+  p.centerTrim = 0.7;
+  p.zoom = 0.33;
+  p.spaceScaleX = 1.25;
+  p.spaceScaleY = 0.5;
+  p.spaceScaleZ = 2.0;
+  InputChannel& in = p.inputs[1];
+  in = InputChannel{3.5, 0.25, -0.75, 0.625, 0.125, 0.8, -0.3, -0.9, 1, 0, 1, 1, {}};
+  copyChannelName(in.name, std::string(63, 'n').c_str());
+  Speaker& sp = p.speakers[0];
+  sp = Speaker{0.5, 0.1, 0.2, 0.3, 1.75, 1, 0, 1, {}};
+  copyChannelName(sp.name, "sub");
+  const Bytes block = saved(p);
+
+  PannerPlugin& q = *other;
+  load(q, block);
+  EXPECT_EQ(q.layoutPreset, 0);
+  EXPECT_EQ(q.userSpeakerCount, 2);
+  EXPECT_EQ(q.inputFaderOffset, 4);
+  EXPECT_EQ(q.speakerFaderOffset, 8);
+  EXPECT_EQ(q.groupKnobModes[2], 11);
+  EXPECT_EQ(q.optionFlags, 0x20101u);
+  EXPECT_EQ(q.centerTrim, 0.7);
+  EXPECT_EQ(q.zoom, 0.33);
+  EXPECT_EQ(q.spaceScaleZ, 2.0);
+  EXPECT_EQ(std::memcmp(&q.inputs[1], &in, sizeof in), 0);
+  EXPECT_EQ(std::string(q.inputs[1].name).size(), 63u);
+  EXPECT_EQ(q.speakers[0].influence, 1.75);
+  EXPECT_EQ(q.speakers[0].isLfe, 1);
+  EXPECT_EQ(q.speakers[0].mute, 0);
+  EXPECT_EQ(q.speakers[0].solo, 1);
+  EXPECT_STREQ(q.speakers[0].name, "sub");
+  EXPECT_EQ(saved(q), block);  // byte for byte
+}
+
+TEST_F(StateChunk, LoadingFinishesTheModelUpdate) {
+  BlockBuilder b;
+  b.header(4, 1, 3)
+      .input(4, 0.1, "a")
+      .speaker(4, 0.1, "x")
+      .speaker(4, 0.2, "y")
+      .speaker(4, 0.3, "z");
+  plugin->inputPeaks[0] = 0.5;
+  plugin->changeFlags = 0;
+  load(*plugin, b.bytes);
+  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.0);
+  EXPECT_EQ(plugin->gainRows, -1);
+  EXPECT_EQ(plugin->changeFlags.load(), 31u);
+  EXPECT_TRUE(plugin->stateLoaded.load());
+  EXPECT_EQ(plugin->effect.numInputs, 1);
+  EXPECT_EQ(plugin->effect.numOutputs, 3);
+  EXPECT_EQ(plugin->effect.numParams, 10 + 4 + 21);
+  EXPECT_TRUE(host.calls().size() == 10u);  // construction of both instances only: no IOChanged
+}
+
+TEST_F(StateChunk, OlderVersionsTakeDefaultsForMissingFields) {
+  for (int version : {0, 1, 2, 3}) {
+    SCOPED_TRACE(version);
+    BlockBuilder b;
+    b.header(version, 1, 1).input(version, 0.1, "in").speaker(version, 0.4, "out");
+    plugin->optionFlags = 0x10000;
+    plugin->inputFaderOffset = 12;
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->inputFaderOffset, 0);
+    EXPECT_EQ(plugin->optionFlags, version >= 3 ? 0x20000u : 0u);
+    EXPECT_EQ(plugin->inputs[0].gain, version >= 3 ? 2.0 : 1.0);
+    EXPECT_EQ(plugin->inputs[0].x, 0.1);
+    EXPECT_EQ(plugin->speakers[0].gain, version >= 3 ? 0.5 : 1.0);
+    EXPECT_EQ(plugin->speakers[0].influence, version >= 2 ? 1.5 : 1.0);
+    EXPECT_EQ(plugin->speakers[0].x, 0.4);
+    EXPECT_STREQ(plugin->speakers[0].name, "out");
+    EXPECT_EQ(plugin->centerTrim, 0.5);
+  }
+}
+
+TEST_F(StateChunk, ALaterVersionReadsAsVersion4) {
+  BlockBuilder b;
+  b.header(4, 1, 0).input(4, 0.1, "in");
+  b.bytes[0] = 9;
+  load(*plugin, b.bytes);
+  EXPECT_EQ(plugin->inputFaderOffset, 4);
+  EXPECT_STREQ(plugin->inputs[0].name, "in");
+}
+
+TEST_F(StateChunk, CutOffBlocksAtEveryLengthStayWithinLimits) {
+  setSpeakerCount(*plugin, 3);
+  const Bytes block = saved(*plugin);
+  for (std::size_t length = 0; length <= block.size(); ++length) {
+    SCOPED_TRACE(length);
+    auto target = makeInstance(2);
+    target->centerTrim = 0.123;
+    load(*target, block, length);
+    expectWithinLimits(*target);
+    if (length < 80) {  // the counts cannot be read
+      EXPECT_EQ(target->inputCount(), 0);
+      EXPECT_EQ(target->speakerCount(), 0);
+    }
+    if (length < 44) {
+      EXPECT_EQ(target->centerTrim, 0.123);  // unread fields keep their values
+    }
+  }
+  auto empty = makeInstance(2);
+  load(*empty, block, 0);
+  EXPECT_EQ(empty->inputFaderOffset, 0);  // an empty block reads as version 0
+}
+
+TEST_F(StateChunk, BadNameLengthsEndTheRecordsOfTheirKind) {
+  {  // 100 bytes of name: 63 kept, the next record starts 100 bytes further on
+    BlockBuilder b;
+    b.header(4, 2, 1)
+        .input(4, 0.1, std::string(100, 'q'))
+        .input(4, 0.2, "second")
+        .speaker(4, 0.3, "s");
+    load(*plugin, b.bytes);
+    EXPECT_EQ(std::string(plugin->inputs[0].name), std::string(63, 'q'));
+    EXPECT_STREQ(plugin->inputs[1].name, "second");
+    EXPECT_STREQ(plugin->speakers[0].name, "s");
+  }
+  {  // a negative length: this and later inputs stay zero, the speakers are read from here
+    BlockBuilder b;
+    b.header(4, 3, 1).input(4, 0.1, "one").input(4, 0.2, "", -5).speaker(4, 0.3, "s");
+    load(*plugin, b.bytes);
+    ASSERT_EQ(plugin->inputCount(), 3);
+    EXPECT_STREQ(plugin->inputs[0].name, "one");
+    EXPECT_EQ(plugin->inputs[1].x, 0.0);
+    EXPECT_EQ(plugin->inputs[1].gain, 0.0);
+    EXPECT_EQ(plugin->speakers[0].x, 0.3);
+  }
+  {  // a speaker length past the end keeps what was read, with an empty name
+    BlockBuilder b;
+    b.header(4, 0, 2).speaker(4, 0.3, "", 1000).speaker(4, 0.4, "never");
+    load(*plugin, b.bytes);
+    ASSERT_EQ(plugin->speakerCount(), 2);
+    EXPECT_EQ(plugin->speakers[0].x, 0.3);
+    EXPECT_STREQ(plugin->speakers[0].name, "");
+    EXPECT_EQ(plugin->speakers[1].x, 0.0);
+  }
+}
+
+TEST_F(StateChunk, LockedInputsKeepTheirSettings) {
+  BlockBuilder b;
+  b.header(4, 8, 1);
+  for (int i = 0; i < 8; ++i) b.input(4, 0.1 * i, "in");
+  b.speaker(4, 0.3, "only");
+  plugin->inputs[1].gain = 3.0;
+  plugin->lockInputs = 1;
+  load(*plugin, b.bytes);
+  EXPECT_EQ(plugin->inputCount(), 2);
+  EXPECT_EQ(plugin->inputs[1].gain, 3.0);
+  EXPECT_STREQ(plugin->inputs[0].name, "channel 1");
+  EXPECT_STREQ(plugin->speakers[0].name, "only");
+  EXPECT_EQ(plugin->effect.numInputs, 2);
+  EXPECT_EQ(plugin->effect.numParams, 4 + 20 + 7);
+}
+
+TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
+  {
+    BlockBuilder b;
+    b.header(4, -5, -1);
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->inputCount(), 0);
+    EXPECT_EQ(plugin->speakerCount(), 0);
+  }
+  {  // 70 inputs: 64 kept, the rest parsed so that the speaker is found
+    BlockBuilder b;
+    b.header(4, 70, 1);
+    for (int i = 0; i < 70; ++i) b.input(4, i < 64 ? 0.01 * i : 0.9, "in" + std::to_string(i));
+    b.speaker(4, 0.3, "found");
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->inputCount(), 64);
+    EXPECT_STREQ(plugin->inputs[63].name, "in63");
+    EXPECT_STREQ(plugin->speakers[0].name, "found");
+    expectWithinLimits(*plugin);
+  }
+  {  // a count the data cannot hold: bounded, zero-filled
+    BlockBuilder b;
+    b.header(4, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::max());
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->inputCount(), 64);
+    EXPECT_EQ(plugin->speakerCount(), 64);
+    expectWithinLimits(*plugin);
+  }
+}
+
+TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const double inf = std::numeric_limits<double>::infinity();
+  BlockBuilder b;
+  b.i32(4).i32(1).i32(0).i32(-8).i32(63).i32(99).i32(-1).i32(5).i32(-1);
+  b.f64(nan).f64(inf).f64(-inf).f64(1e300).f64(0.0).i32(1).i32(1);
+  b.f64(nan).f64(-inf).f64(1e300).f64(-1e300).f64(nan).f64(7.0).f64(-3.0).f64(inf).i32(0).name("x");
+  b.f64(inf).f64(nan).f64(5.0).f64(-5.0).f64(-1.0).i32(0).name("y");
+  load(*plugin, b.bytes);
+  EXPECT_EQ(plugin->inputFaderOffset, 0);
+  EXPECT_EQ(plugin->speakerFaderOffset, 60);
+  EXPECT_EQ(plugin->groupKnobModes[0], 73);
+  EXPECT_EQ(plugin->groupKnobModes[1], 0);
+  EXPECT_EQ(plugin->optionFlags, 0x3FFFFu);
+  EXPECT_EQ(plugin->centerTrim, 1.0);
+  EXPECT_EQ(plugin->zoom, 0.48);
+  EXPECT_EQ(plugin->spaceScaleX, 1.0);
+  EXPECT_EQ(plugin->spaceScaleY, 2.0);
+  EXPECT_EQ(plugin->spaceScaleZ, 2e-6);
+  const InputChannel& in = plugin->inputs[0];
+  EXPECT_EQ(in.gain, 1.0);
+  EXPECT_EQ(in.lfeSend, 0.0);
+  EXPECT_EQ(in.x, 4.8);
+  EXPECT_EQ(in.y, -4.8);
+  EXPECT_EQ(in.z, 0.0);
+  EXPECT_EQ(in.diffuse, 1.0);
+  EXPECT_EQ(in.diffuseBias, -1.0);
+  EXPECT_EQ(in.diffuseAngle, 0.0);
+  const Speaker& sp = plugin->speakers[0];
+  EXPECT_EQ(sp.gain, 1.0);
+  EXPECT_EQ(sp.x, 0.0);
+  EXPECT_EQ(sp.influence, 0.0);
+}
+
+TEST_F(StateChunk, TwoInstancesSavingAtOnceKeepTheirOwnBlocks) {
+  setSpeakerCount(*other, 40);
+  const Bytes expectedA = saved(*plugin);
+  const Bytes expectedB = saved(*other);
+  bool sameA = true;
+  bool sameB = true;
+  std::thread a([&] {
+    for (int i = 0; i < 200; ++i) sameA = sameA && saved(*plugin) == expectedA;
+  });
+  std::thread b([&] {
+    for (int i = 0; i < 200; ++i) sameB = sameB && saved(*other) == expectedB;
+  });
+  a.join();
+  b.join();
+  EXPECT_TRUE(sameA);
+  EXPECT_TRUE(sameB);
+}
