@@ -1,0 +1,181 @@
+// The output-stationary mix, written once for every instruction set. A tile of speakers x sample
+// vectors stays in registers while the loop runs over all inputs; sample chunks are outermost so
+// that each chunk of every input stays in the first-level cache while all tiles read it.
+//
+// Included by one file per instruction set after vector_ops.h and the tile constants
+// kSteadySpeakers, kSteadyVectors, kRampSpeakers, kRampVectors and kChunkFrames; everything here
+// has internal linkage (see vector_ops.h).
+#pragma once
+
+#include "engine/mix_plan.h"
+
+namespace {
+
+using Ops = VectorOps;
+using Vec = Ops::V;
+constexpr int kWidth = Ops::kWidth;
+
+// Local helpers instead of library templates: a library function instantiated in a file compiled
+// for a wide instruction set could be shared by the linker with the baseline kernels.
+inline int smaller(int a, int b) {
+  return a < b ? a : b;
+}
+inline double larger(double a, double b) {
+  return a < b ? b : a;
+}
+inline double magnitude(double a) {
+  return a < 0 ? -a : a;
+}
+
+struct TileJob {
+  const MixPlan* plan;
+  const double* gains;  // this tile's packed gains, [input][speaker of the tile]
+  const double* steps;
+  double* const* outputs;
+  Vec* peaks;
+};
+
+// Every input summed into S outputs over V vectors of samples from n0, in input order.
+template <int S, int V>
+inline void steadySpan(const TileJob& job, int n0) {
+  Vec acc[S][V];
+  for (auto& row : acc) {
+    for (Vec& a : row) a = Ops::zero();
+  }
+  const MixPlan& plan = *job.plan;
+  for (int k = 0; k < plan.inputCount; ++k) {
+    const double* x = plan.inputs[k] + n0;
+    Vec xv[V];
+    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
+    const double* g = job.gains + k * S;
+    for (int s = 0; s < S; ++s) {
+      const Vec gain = Ops::broadcast(g + s);
+      for (int v = 0; v < V; ++v) acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
+    }
+  }
+  for (int s = 0; s < S; ++s) {
+    for (int v = 0; v < V; ++v) {
+      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
+      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
+    }
+  }
+}
+
+// As steadySpan with the gain of sample n at applied + (n + 1) * step.
+template <int S, int V>
+inline void rampSpan(const TileJob& job, int n0) {
+  Vec acc[S][V];
+  Vec position[V];
+  for (int v = 0; v < V; ++v) position[v] = Ops::ramp(n0 + 1.0 + v * kWidth);
+  for (auto& row : acc) {
+    for (Vec& a : row) a = Ops::zero();
+  }
+  const MixPlan& plan = *job.plan;
+  for (int k = 0; k < plan.inputCount; ++k) {
+    const double* x = plan.inputs[k] + n0;
+    Vec xv[V];
+    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
+    const double* g = job.gains + k * S;
+    const double* d = job.steps + k * S;
+    for (int s = 0; s < S; ++s) {
+      const Vec applied = Ops::broadcast(g + s);
+      const Vec step = Ops::broadcast(d + s);
+      for (int v = 0; v < V; ++v) {
+        acc[s][v] = Ops::mulAdd(xv[v], Ops::mulAdd(position[v], step, applied), acc[s][v]);
+      }
+    }
+  }
+  for (int s = 0; s < S; ++s) {
+    for (int v = 0; v < V; ++v) {
+      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
+      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
+    }
+  }
+}
+
+template <bool Ramp, int S, int V>
+void tileRange(const TileJob& job, int begin, int end) {
+  int n = begin;
+  for (; n + V * kWidth <= end; n += V * kWidth) {
+    if constexpr (Ramp) {
+      rampSpan<S, V>(job, n);
+    } else {
+      steadySpan<S, V>(job, n);
+    }
+  }
+  for (; n + kWidth <= end; n += kWidth) {
+    if constexpr (Ramp) {
+      rampSpan<S, 1>(job, n);
+    } else {
+      steadySpan<S, 1>(job, n);
+    }
+  }
+}
+
+// Tiles are as wide as the instruction set allows; the last one takes what is left.
+template <bool Ramp, int MaxS, int V>
+void tileRangeOfWidth(int width, const TileJob& job, int begin, int end) {
+  if constexpr (MaxS > 0) {
+    if (width == MaxS) {
+      tileRange<Ramp, MaxS, V>(job, begin, end);
+    } else {
+      tileRangeOfWidth<Ramp, MaxS - 1, V>(width, job, begin, end);
+    }
+  }
+}
+
+// The last frames that do not fill a vector, pair by pair in input order.
+template <bool Ramp>
+void scalarTail(const MixPlan& plan, int begin) {
+  for (int j = 0; j < plan.outputCount; ++j) {
+    const int tile = j / plan.tileWidth;
+    const int width = smaller(plan.tileWidth, plan.outputCount - tile * plan.tileWidth);
+    const int base = packedTileOffset(tile, plan.tileWidth, plan.inputCount) + j % plan.tileWidth;
+    double peak = plan.outputPeaks[j];
+    for (int n = begin; n < plan.frames; ++n) {
+      double sum = 0.0;
+      for (int k = 0; k < plan.inputCount; ++k) {
+        double gain = plan.gains[base + k * width];
+        if constexpr (Ramp) gain += (n + 1.0) * plan.steps[base + k * width];
+        sum += plan.inputs[k][n] * gain;
+      }
+      plan.outputs[j][n] = sum;
+      peak = larger(peak, magnitude(sum));
+    }
+    plan.outputPeaks[j] = peak;
+  }
+}
+
+template <bool Ramp>
+void mix(const MixPlan& plan) {
+  constexpr int kTileSpeakers = Ramp ? kRampSpeakers : kSteadySpeakers;
+  constexpr int kTileVectors = Ramp ? kRampVectors : kSteadyVectors;
+  Vec peaks[kMaxSpeakers];
+  for (int j = 0; j < plan.outputCount; ++j) peaks[j] = Ops::zero();
+  const int vectorEnd = plan.frames - plan.frames % kWidth;
+  const int tiles = (plan.outputCount + plan.tileWidth - 1) / plan.tileWidth;
+  for (int begin = 0; begin < vectorEnd; begin += kChunkFrames) {
+    const int end = smaller(begin + kChunkFrames, vectorEnd);
+    for (int t = 0; t < tiles; ++t) {
+      const int first = t * plan.tileWidth;
+      const int offset = packedTileOffset(t, plan.tileWidth, plan.inputCount);
+      const TileJob job{&plan, plan.gains + offset, Ramp ? plan.steps + offset : nullptr,
+                        plan.outputs + first, peaks + first};
+      const int width = smaller(plan.tileWidth, plan.outputCount - first);
+      tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
+    }
+  }
+  for (int j = 0; j < plan.outputCount; ++j) {
+    plan.outputPeaks[j] = larger(plan.outputPeaks[j], Ops::horizontalMax(peaks[j]));
+  }
+  scalarTail<Ramp>(plan, vectorEnd);
+}
+
+void mixSteady(const MixPlan& plan) {
+  mix<false>(plan);
+}
+void mixRamp(const MixPlan& plan) {
+  mix<true>(plan);
+}
+
+}  // namespace

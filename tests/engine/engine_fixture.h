@@ -1,0 +1,47 @@
+// An instance with its engine, and a per-pair reference for the mix.
+#pragma once
+
+#include <vector>
+
+#include "../model/model_fixture.h"
+#include "engine/audio_process.h"
+#include "engine/mix_engine.h"
+
+using Channels = std::vector<std::vector<double>>;
+
+inline std::unique_ptr<PannerPlugin> makeEngineInstance(int channels) {
+  auto plugin = makeInstance(channels);
+  plugin->effect.numInputs = plugin->inputCount();
+  plugin->effect.numOutputs = plugin->speakerCount();
+  createMixEngine(*plugin);
+  return plugin;
+}
+
+inline void destroyEngine(PannerPlugin& plugin) {
+  destroyMixEngine(plugin);
+}
+
+// Runs one block; outputs start as `fill` so that untouched samples show.
+inline Channels processBlock(PannerPlugin& plugin, Channels inputs, int outputCount, int frames,
+                             double fill = 0.0) {
+  Channels outputs(static_cast<std::size_t>(outputCount),
+                   std::vector<double>(static_cast<std::size_t>(frames), fill));
+  std::vector<double*> in;
+  std::vector<double*> out;
+  for (auto& c : inputs) in.push_back(c.data());
+  for (auto& c : outputs) out.push_back(c.data());
+  processDoubleReplacing(&plugin.effect, in.data(), out.data(), frames);
+  return outputs;
+}
+
+inline std::vector<MixPath> supportedPaths() {
+  std::vector<MixPath> paths;
+  for (MixPath path : {MixPath::Sse2, MixPath::Avx2, MixPath::Avx512}) {
+    if (processorSupports(path)) paths.push_back(path);
+  }
+  return paths;
+}
+
+inline const char* pathName(MixPath path) {
+  return path == MixPath::Avx512 ? "AVX-512" : path == MixPath::Avx2 ? "AVX2" : "SSE2";
+}

@@ -1,0 +1,196 @@
+// The panning law: reference values and the behaviour at its edges.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "../model/model_fixture.h"
+#include "engine/gain_law.h"
+
+namespace {
+
+class GainLaw : public ::testing::Test {
+ protected:
+  RecordingHost host;
+  std::unique_ptr<PannerPlugin> plugin = makeInstance(1);
+
+  void placeInput(double x, double y, double z = 0.0) {
+    plugin->inputs[0].x = x;
+    plugin->inputs[0].y = y;
+    plugin->inputs[0].z = z;
+  }
+  void speakersAt(std::initializer_list<Position3> places) {
+    setSpeakerCount(*plugin, static_cast<int>(places.size()));
+    int i = 0;
+    for (const Position3& p : places) setSpeaker(*plugin, i++, "s", p.x, p.y, p.z, 1.0);
+  }
+  // Row 0 of targetGains, computed fresh.
+  std::vector<double> row() {
+    plugin->gainRows = plugin->inputCount();
+    plugin->gainCols = plugin->speakerCount();
+    plugin->targetGains.resize(plugin->gainRows * plugin->gainCols);
+    computeInputGains(*plugin, 0);
+    return {plugin->targetGains.data(), plugin->targetGains.data() + plugin->gainCols};
+  }
+};
+
+void expectRelative(double actual, double expected) {
+  EXPECT_NEAR(actual, expected, std::fabs(expected) * 1e-15) << "expected " << expected;
+}
+
+}  // namespace
+
+TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
+  placeInput(-0.25, 0.25);
+  auto gains = row();  // Absolute without normalisation: the default
+  expectRelative(gains[0], 0.21370467852847463);
+  EXPECT_EQ(gains[1], 0.0);
+  plugin->optionFlags = 0;  // Absolute, normalised
+  gains = row();
+  EXPECT_EQ(gains[0], 1.0);
+  EXPECT_EQ(gains[1], 0.0);
+  plugin->optionFlags = kOptionRelativeInfluence;
+  gains = row();
+  expectRelative(gains[0], 0.7973549540520413);
+  expectRelative(gains[1], 0.20264504594795882);
+}
+
+TEST_F(GainLaw, SurroundInputOnAFrontSpeakerWithLfeSend) {
+  applyLayoutPreset(*plugin, 5);
+  placeInput(-1, 1);
+  plugin->inputs[0].lfeSend = 1.0;
+  for (std::uint32_t flags :
+       {std::uint32_t{kOptionNormalizeOff}, 0u, std::uint32_t{kOptionRelativeInfluence}}) {
+    plugin->optionFlags = flags;
+    const auto gains = row();
+    const double expected[] = {1.0, 0.0, 0.0, 0.25, 0.0, 0.0};
+    for (int s = 0; s < 6; ++s)
+      EXPECT_EQ(gains[s], expected[s]) << "flags " << flags << " speaker " << s;
+  }
+}
+
+TEST_F(GainLaw, AbsoluteLawFromTheDeadZoneToTheEdgeOfReach) {
+  speakersAt({{0, 0, 0}, {1, 0, 0}, {0.01, 0, 0}});
+  placeInput(0, 0);
+  const auto gains = row();
+  EXPECT_EQ(gains[0], 1.0);  // at the input's point
+  EXPECT_EQ(gains[1], 0.0);  // 1 - (1 - 0.02) / 0.98
+  EXPECT_EQ(gains[2], 1.0);  // inside the dead zone
+}
+
+TEST_F(GainLaw, WithoutNormalisationTheSumMayExceedOne) {
+  speakersAt({{-0.1, 0, 0}, {0.1, 0, 0}});
+  placeInput(0, 0);
+  const auto gains = row();
+  expectRelative(gains[0], 1 - 0.08 / 0.98);
+  EXPECT_GT(gains[0] + gains[1], 1.8);
+  plugin->optionFlags = 0;
+  const auto normalised = row();
+  EXPECT_DOUBLE_EQ(normalised[0] + normalised[1], 1.0);
+}
+
+TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
+  plugin->optionFlags = kOptionRelativeInfluence | kOptionNormalizeOff;
+  speakersAt({{0, 0, 0}, {0, 0.5, 0}});
+  placeInput(0.05, 0);
+  plugin->gainRows = 1;
+  plugin->gainCols = 2;
+  plugin->targetGains.resize(2);
+  plugin->spaceScaleX = 1.0;
+  const auto gains = row();
+  const double dmin = (0.05 - 0.02) / 0.98;
+  const double dFar = (std::sqrt(0.05 * 0.05 + 0.25) - 0.02) / 0.98;
+  const double wNear = 1.0 / std::exp2(4 * dmin);
+  const double wFar = (dmin / 0.1) / std::exp2(4 * dFar);
+  expectRelative(gains[0], wNear / (wNear + wFar));  // relative mode always normalises
+  expectRelative(gains[1], wFar / (wNear + wFar));
+}
+
+TEST_F(GainLaw, RelativeLawSilencesTheOppositeWall) {
+  plugin->optionFlags = kOptionRelativeInfluence;
+  speakersAt({{-1, 0, 0}, {1, 0, 0}, {0.9, 0.5, 0}});
+  placeInput(1, 0.3);
+  const auto gains = row();
+  EXPECT_EQ(gains[0], 0.0);  // e = 2 = W
+  EXPECT_GT(gains[1], 0.0);
+  EXPECT_GT(gains[2], 0.0);
+}
+
+TEST_F(GainLaw, LfeTakesTheSendAndIsNeverNormalised) {
+  applyLayoutPreset(*plugin, 5);
+  plugin->optionFlags = 0;
+  plugin->inputs[0].lfeSend = 4.0;
+  EXPECT_EQ(row()[3], 1.0);
+  plugin->speakers[3].gain = 0.5;
+  plugin->inputs[0].gain = 3.0;
+  EXPECT_EQ(row()[3], 1.5);
+}
+
+TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
+  speakersAt({{0, 0.5, 0}, {0.25, 0.5, 0}, {0.5, 0.5, 0}});
+  placeInput(0.25, 0.3);
+  const auto plain = row();
+  plugin->centerTrim = 2.0;
+  const auto trimmed = row();
+  expectRelative(trimmed[0], plain[0] * 2.0);
+  expectRelative(trimmed[1], plain[1] * 1.5);
+  EXPECT_EQ(trimmed[2], plain[2]);
+}
+
+TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRow) {
+  speakersAt({{0, 0, 0}});
+  placeInput(0, 0);
+  plugin->speakers[0].gain = 0.5;
+  plugin->inputs[0].gain = 3.0;
+  EXPECT_EQ(row()[0], 1.5);
+}
+
+TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
+  speakersAt({{0.5, 0, 0}, {0, 0.5, 0}, {0.5, 0, 0.3}});
+  placeInput(0, 0);
+  plugin->inputs[0].diffuse = 0.4;
+  auto gains = row();
+  expectRelative(gains[0], 1 - (0.1 - 0.02) / 0.98);  // 0.1 beyond the corner (0.4, 0)
+  expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
+  expectRelative(gains[2], 1 - (0.1 + std::sqrt(0.34) - 0.5 - 0.02) / 0.98);  // height adds
+  plugin->inputs[0].diffuseBias = 1.0;  // no spread across: only depth
+  gains = row();
+  expectRelative(gains[0], 1 - (0.5 - 0.4e-6 - 0.02) / 0.98);
+  expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
+  plugin->inputs[0].diffuseBias = 0.0;
+  plugin->inputs[0].diffuseAngle = 0.25;  // turn by a quarter of pi: corners off the axes
+  gains = row();
+  const double edge = 0.5 - 0.4 / std::sqrt(2.0);  // distance from a diamond edge's midpoint
+  EXPECT_NEAR(gains[0], 1 - (edge - 0.02) / 0.98, 1e-12);
+}
+
+TEST_F(GainLaw, TinyDiffusionTakesTheDiamondPathContinuously) {
+  speakersAt({{0.6, 0.2, 0.4}});
+  placeInput(0.1, -0.1, 0.2);
+  const double point = row()[0];
+  plugin->inputs[0].diffuse = 1e-12;
+  EXPECT_NEAR(row()[0], point, 1e-11);
+}
+
+TEST_F(GainLaw, NoReachAndNoWeightGiveZeroNotNaN) {
+  speakersAt({{0, 0, 0}, {0.5, 0, 0}});
+  placeInput(0, 0);
+  plugin->speakers[0].influence = 0.0;  // and at distance 0: 0 / 0
+  plugin->speakers[1].influence = 0.0;
+  for (std::uint32_t flags :
+       {std::uint32_t{kOptionNormalizeOff}, 0u, std::uint32_t{kOptionRelativeInfluence}}) {
+    plugin->optionFlags = flags;
+    const auto gains = row();
+    EXPECT_EQ(gains[0], 0.0);
+    EXPECT_EQ(gains[1], 0.0);
+  }
+}
+
+TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
+  plugin->gainRows = plugin->gainCols = 2;  // out of step with the counts
+  plugin->targetGains.resize(4);
+  plugin->targetGains[0] = 7.0;
+  computeInputGains(*plugin, 0);
+  computeInputGains(*plugin, 5);
+  computeInputGains(*plugin, -1);
+  EXPECT_EQ(plugin->targetGains[0], 7.0);
+}
