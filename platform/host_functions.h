@@ -55,8 +55,8 @@ using localizeFuncFn = const char* (*)(const char* text, const char* context, in
 using localizeMenuFn = void (*)(const char* context, HMENU menu, const char* prefix);
 using localizeInitializeDialogFn = void (*)(HWND window, const char* context);
 using localizePrepareDialogFn = DLGPROC (*)(const char* context, HINSTANCE module,
-                                            const void* resource, DLGPROC dialogProc,
-                                            LPARAM param, void** scratch, int scratchWords);
+                                            int resourceId, DLGPROC dialogProc, LPARAM param,
+                                            void** scratch, int scratchWords);
 // clang-format on
 
 // The 39 host functions in lookup order: X(name, signature).

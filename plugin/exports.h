@@ -1,0 +1,4 @@
+// The three entry points are the only symbols the plug-in exports.
+#pragma once
+
+#define SPATIOLA_EXPORT __attribute__((visibility("default")))
