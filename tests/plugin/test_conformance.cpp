@@ -1,0 +1,324 @@
+// The built plug-in, loaded with dlopen and driven only through its exports and its AEffect.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "plugin_host.h"
+
+namespace {
+
+class Conformance : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(PluginLibrary::instance().loaded()) << dlerror(); }
+  TestHost host;
+};
+
+std::string speakerName(AEffect* effect, int speaker) {
+  const int inputs = effect->numInputs;
+  std::string name = textOf(effect, effGetParamName, 4 + 10 * inputs + 7 * speaker);
+  return name.substr(0, name.size() - std::string(" gain").size());
+}
+
+}  // namespace
+
+TEST_F(Conformance, RefusesAHostWithoutTheIniFileFunction) {
+  host.serveIniFile = false;
+  EXPECT_EQ(host.create(), nullptr);
+  ASSERT_EQ(host.lookups.size(), 39u);
+  EXPECT_EQ(host.lookups[0], "GetResourcePath");
+  EXPECT_EQ(host.lookups[1], "get_ini_file");
+  EXPECT_EQ(host.lookups[38], "__localizePrepareDialog");
+  EXPECT_TRUE(host.calls.empty());  // no channel-count query, nothing else
+}
+
+TEST_F(Conformance, BuildsForTheTracksChannelCount) {
+  const struct {
+    VstIntPtr reported;
+    int channels, speakers;
+    const char* firstSpeaker;
+  } cases[] = {{0, 2, 2, "left"},         {1, 1, 2, "left"},          {2, 2, 2, "left"},
+               {6, 6, 6, "front left"},   {10, 10, 10, "front left"}, {11, 11, 11, "speaker A"},
+               {63, 63, 63, "speaker A"}, {64, 2, 2, "left"},         {-3, 2, 2, "left"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.reported);
+    TestHost caseHost;
+    caseHost.channelCount = c.reported;
+    AEffect* effect = caseHost.create();
+    ASSERT_NE(effect, nullptr);
+    EXPECT_EQ(effect->numInputs, c.channels);
+    EXPECT_EQ(effect->numOutputs, c.channels);
+    EXPECT_EQ(effect->numParams, 4 + 10 * c.channels + 7 * c.speakers);
+    EXPECT_EQ(speakerName(effect, 0), c.firstSpeaker);
+    EXPECT_EQ(textOf(effect, effGetParamName, 4), "in 1 gain");
+    closeEffect(effect);
+  }
+}
+
+TEST_F(Conformance, TheEffectRecordCarriesIdentityAndSlots) {
+  AEffect* effect = host.create();
+  ASSERT_NE(effect, nullptr);
+  EXPECT_EQ(effect->magic, kEffectMagic);
+  EXPECT_EQ(effect->flags, 4145);
+  EXPECT_EQ(effect->numPrograms, 1);
+  EXPECT_EQ(effect->initialDelay, 0);
+  EXPECT_EQ(effect->ioRatio, 1.0f);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(&effect->uniqueID), 4), "wokp");
+  EXPECT_EQ(effect->version, 1100);
+  EXPECT_NE(effect->object, nullptr);
+  EXPECT_EQ(effect->user, nullptr);
+  EXPECT_EQ(effect->resvd1, 0);
+  for (char c : effect->future) EXPECT_EQ(c, 0);
+  EXPECT_TRUE(effect->dispatcher && effect->process && effect->processReplacing &&
+              effect->processDoubleReplacing && effect->setParameter && effect->getParameter);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, ConstructionReportsEveryCountChangeForTheNewEffect) {
+  host.channelCount = 6;
+  AEffect* effect = host.create();
+  ASSERT_NE(effect, nullptr);
+  ASSERT_EQ(host.calls.size(), 6u);
+  EXPECT_EQ(host.calls[0].opcode, kHostExtensionOpcode);  // the channel-count query
+  EXPECT_EQ(host.calls[0].index, kHostChannelCountIndex);
+  EXPECT_EQ(host.calls[0].value, 5);
+  EXPECT_EQ(host.calls[0].effect, nullptr);
+  const RecordedCall& inputs = host.calls[1];
+  EXPECT_EQ(inputs.opcode, audioMasterVendorSpecific);
+  EXPECT_EQ(inputs.change.firstIndex, 4);
+  EXPECT_EQ(inputs.change.delta, 60);
+  EXPECT_EQ(inputs.effect, effect);
+  EXPECT_EQ(host.calls[2].opcode, audioMasterIOChanged);
+  EXPECT_EQ(host.calls[3].change.firstIndex, 64);
+  EXPECT_EQ(host.calls[3].change.delta, 42);
+  EXPECT_EQ(host.calls[4].opcode, audioMasterIOChanged);
+  EXPECT_EQ(host.calls[5].value, 13);
+  EXPECT_EQ(host.calls[5].ptrValue, 6);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, NamesCapabilitiesAndFixedAnswers) {
+  AEffect* effect = host.create();
+  EXPECT_EQ(textOf(effect, effGetEffectName), "Spatiola");
+  EXPECT_EQ(textOf(effect, effGetProductString), "Spatiola");
+  EXPECT_EQ(textOf(effect, effGetVendorString), "Tolvek");
+  EXPECT_EQ(textOf(effect, effGetParamLabel, 4), "");
+  const struct {
+    const char* text;
+    VstIntPtr answer;
+  } canDo[] = {{"hasTolvekExtensions", static_cast<std::int32_t>(0xbeef0000u)},
+               {"hasTolvekViewAsConfig", static_cast<std::int32_t>(0xbeef0000u)},
+               {"wantsChannelCountNotifications", 1},
+               {"hasTolvekEmbeddedUI", static_cast<std::int32_t>(0xbeef0000u)},
+               {"hasTolvekExtensionsX", 0},
+               {"wantsChannelCountNotifications!", 0},
+               {"receiveVstEvents", 0}};
+  for (const auto& c : canDo) {
+    EXPECT_EQ(dispatch(effect, effCanDo, 0, 0, const_cast<char*>(c.text)), c.answer) << c.text;
+  }
+  EXPECT_LT(dispatch(effect, effCanDo, 0, 0, const_cast<char*>("hasTolvekExtensions")), 0);
+  EXPECT_EQ(dispatch(effect, effCanDo), 0);
+  EXPECT_EQ(dispatch(effect, effGetVstVersion), 2400);
+  EXPECT_EQ(dispatch(effect, effGetTailSize), 1);
+  EXPECT_EQ(dispatch(effect, effGetPlugCategory), 1);
+  EXPECT_EQ(dispatch(effect, effCanBeAutomated, effect->numParams - 1), 1);
+  EXPECT_EQ(dispatch(effect, effCanBeAutomated, effect->numParams), 0);
+  EXPECT_EQ(dispatch(effect, effCanBeAutomated, -1), 0);
+  EXPECT_EQ(dispatch(effect, effGetProgram), 0);
+  EXPECT_EQ(dispatch(effect, 200), 0);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, ParameterTextsThroughTheDispatcher) {
+  AEffect* effect = host.create();
+  char text[256];
+  EXPECT_EQ(dispatch(effect, effGetParamDisplay, 4, 0, text), 1);
+  EXPECT_STREQ(text, "0.0");
+  EXPECT_EQ(dispatch(effect, effGetParamDisplay, 4), 0);  // no buffer
+  EXPECT_EQ(dispatch(effect, effVendorSpecific, effGetParamDisplay, 4, text, 1.0f), 0xbeef);
+  EXPECT_STREQ(text, "12.0");  // the given value, not the current one
+  effect->setParameter(effect, 5, 0.75f);
+  EXPECT_EQ(effect->getParameter(effect, 5), 0.75f);
+  EXPECT_EQ(textOf(effect, effGetParamDisplay, 5), "0.750000");
+  EXPECT_EQ(dispatch(effect, effVendorSpecific, static_cast<std::int32_t>(0xdeadbef0u), 0, text),
+            0);
+  EXPECT_EQ(dispatch(effect, effVendorSpecific, effString2Parameter, 0, text), 0);
+  EXPECT_EQ(dispatch(effect, effVendorSpecific, 99, 0, text), 0);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, EditorRectangleWithoutAnEditor) {
+  AEffect* effect = host.create();
+  ERect* rect = nullptr;
+  EXPECT_EQ(dispatch(effect, effEditGetRect, 0, 0, &rect), 1);
+  ASSERT_NE(rect, nullptr);
+  EXPECT_EQ(rect->top, 0);
+  EXPECT_EQ(rect->left, 0);
+  EXPECT_EQ(rect->bottom, 640);
+  EXPECT_EQ(rect->right, 520);
+  EXPECT_EQ(dispatch(effect, effEditGetRect), 0);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, StateRoundTripsThroughTheDispatcher) {
+  AEffect* source = host.create();
+  source->setParameter(source, 5, 0.9f);
+  source->setParameter(source, 24 + 4, 0.25f);
+  void* data = nullptr;
+  const VstIntPtr length = dispatch(source, effGetChunk, 0, 0, &data);
+  ASSERT_GT(length, 84);
+  const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));
+  host.channelCount = 6;
+  AEffect* target = host.create();
+  const std::size_t before = host.calls.size();
+  EXPECT_EQ(dispatch(target, effSetChunk, 0, length, const_cast<char*>(block.data())), 0);
+  EXPECT_EQ(host.calls.size(), before);  // loading tells the host nothing
+  EXPECT_EQ(target->numInputs, 2);
+  EXPECT_EQ(target->numOutputs, 2);
+  EXPECT_EQ(target->numParams, 4 + 20 + 14);
+  EXPECT_EQ(target->getParameter(target, 5), 0.9f);
+  EXPECT_EQ(target->getParameter(target, 28), 0.25f);
+  void* again = nullptr;
+  const VstIntPtr againLength = dispatch(target, effGetChunk, 0, 0, &again);
+  EXPECT_EQ(std::string(static_cast<const char*>(again), static_cast<std::size_t>(againLength)),
+            block);
+  EXPECT_EQ(dispatch(target, effGetChunk), 0);
+  closeEffect(source);
+  closeEffect(target);
+}
+
+namespace {
+
+void arrange(AEffect* effect, int channels) {
+  VstSpeakerArrangement in{};
+  VstSpeakerArrangement out{};
+  out.numChannels = channels;
+  dispatch(effect, effSetSpeakerArrangement, 0, reinterpret_cast<VstIntPtr>(&in), &out);
+}
+
+}  // namespace
+
+TEST_F(Conformance, TheHostMayReLayTheSpeakersOnceAndHearsOfItAtIdle) {
+  AEffect* effect = host.create();
+  host.calls.clear();
+  arrange(effect, 6);
+  EXPECT_EQ(speakerName(effect, 2), "front center");
+  EXPECT_EQ(host.calls.size(), 3u);  // the count change itself
+  host.calls.clear();
+  EXPECT_EQ(dispatch(effect, effIdle), 1);
+  ASSERT_EQ(host.calls.size(), 1u);
+  EXPECT_EQ(host.calls[0].opcode, audioMasterVendorSpecific);
+  EXPECT_EQ(host.calls[0].index, kHostExtensionOpcode);
+  EXPECT_EQ(host.calls[0].value, 13);
+  EXPECT_EQ(host.calls[0].ptrValue, (6 << 20) | (2 << 12) | 0xF00);
+  EXPECT_EQ(effect->numParams, 4 + 20 + 42);
+  EXPECT_EQ(effect->numOutputs, 2);  // the host's buffers are not the plug-in's to change
+  host.calls.clear();
+  dispatch(effect, effIdle);
+  EXPECT_TRUE(host.calls.empty());
+  arrange(effect, 8);
+  EXPECT_EQ(effect->numParams, 4 + 20 + 42);  // the one re-layout is used up
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, ParameterChangesWaitForTheIdleReport) {
+  AEffect* effect = host.create();
+  arrange(effect, 6);
+  effect->setParameter(effect, 4, 1.0f);
+  EXPECT_EQ(effect->getParameter(effect, 4), 0.25f);
+  dispatch(effect, effIdle);
+  effect->setParameter(effect, 4, 1.0f);
+  EXPECT_EQ(effect->getParameter(effect, 4), 1.0f);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, NoReLayoutForSmallerCountsUserSetupsOrLoadedStates) {
+  AEffect* effect = host.create();
+  arrange(effect, 2);  // not larger: nothing, and the re-layout is still available
+  arrange(effect, 1);
+  arrange(effect, 9);
+  EXPECT_EQ(speakerName(effect, 9), "right height");  // 9 and more give 9.1 surround
+  closeEffect(effect);
+
+  host.channelCount = 11;  // a custom layout is the user's
+  effect = host.create();
+  arrange(effect, 20);
+  EXPECT_EQ(effect->numParams, 4 + 110 + 77);
+  closeEffect(effect);
+
+  host.channelCount = 2;
+  effect = host.create();
+  void* data = nullptr;
+  const VstIntPtr length = dispatch(effect, effGetChunk, 0, 0, &data);
+  const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));
+  dispatch(effect, effSetChunk, 0, length, const_cast<char*>(block.data()));
+  arrange(effect, 6);
+  EXPECT_EQ(speakerName(effect, 0), "left");
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, TheExtensionFormUsesUpTheReLayoutEvenWithoutAChange) {
+  AEffect* effect = host.create();
+  EXPECT_EQ(dispatch(effect, effVendorSpecific, effSetSpeakerArrangement, 2), 0);
+  arrange(effect, 6);
+  EXPECT_EQ(speakerName(effect, 0), "left");
+  closeEffect(effect);
+
+  effect = host.create();
+  host.calls.clear();
+  dispatch(effect, effVendorSpecific, effSetSpeakerArrangement, 8);  // ptr may be null
+  EXPECT_EQ(speakerName(effect, 7), "back right");
+  dispatch(effect, effIdle);
+  EXPECT_EQ(host.calls.back().ptrValue, (8 << 20) | (2 << 12) | 0xF00);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, OpenAsksForIdleCalls) {
+  AEffect* effect = host.create();
+  host.calls.clear();
+  EXPECT_EQ(dispatch(effect, effOpen), 0);
+  ASSERT_EQ(host.calls.size(), 1u);
+  EXPECT_EQ(host.calls[0].opcode, audioMasterNeedIdle);
+  EXPECT_EQ(host.calls[0].effect, effect);
+  EXPECT_EQ(dispatch(effect, effMainsChanged, 0, 0), 0);
+  EXPECT_EQ(dispatch(effect, effStopProcess, 0, 0), 0);
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, ABlockOfAudioIsPannedEndToEnd) {
+  AEffect* effect = host.create();
+  std::vector<double> left(64, 1.0);
+  std::vector<double> right(64, 0.5);
+  std::vector<double> outL(64, 9.0);
+  std::vector<double> outR(64, 9.0);
+  double* ins[] = {left.data(), right.data()};
+  double* outs[] = {outL.data(), outR.data()};
+  effect->processDoubleReplacing(effect, ins, outs, 64);
+  // Each input sits a quarter in from its side: 0.21370467852847463 towards it, 0 away from it.
+  for (int n = 0; n < 64; ++n) {
+    ASSERT_NEAR(outL[static_cast<std::size_t>(n)], 0.21370467852847463, 1e-15);
+    ASSERT_NEAR(outR[static_cast<std::size_t>(n)], 0.5 * 0.21370467852847463, 1e-15);
+  }
+  std::vector<float> inF(64, 1.0f);
+  std::vector<float> outF(64, 7.0f);
+  float* insF[] = {inF.data(), inF.data()};
+  float* outsF[] = {outF.data(), outF.data()};
+  effect->processReplacing(effect, insF, outsF, 64);
+  effect->process(effect, insF, outsF, 64);
+  EXPECT_EQ(outF, std::vector<float>(64, 7.0f));  // only double precision is processed
+  closeEffect(effect);
+}
+
+TEST_F(Conformance, SlotsOfAnEffectWithoutInstanceAnswerNothing) {
+  AEffect* effect = host.create();
+  AEffect orphan = *effect;
+  orphan.object = nullptr;
+  EXPECT_EQ(dispatch(&orphan, effGetChunk), 0);
+  EXPECT_EQ(dispatch(&orphan, effClose), 0);
+  EXPECT_EQ(dispatch(&orphan, effIdle), 1);
+  EXPECT_EQ(dispatch(&orphan, effVendorSpecific, effSetSpeakerArrangement, 8), 0);
+  EXPECT_EQ(orphan.getParameter(&orphan, 4), 0.0f);
+  orphan.setParameter(&orphan, 4, 1.0f);
+  orphan.processDoubleReplacing(&orphan, nullptr, nullptr, 64);
+  closeEffect(effect);
+}

@@ -1,0 +1,117 @@
+// Host-function fetching and localized dialog creation, linked in directly.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "plugin/host_api.h"
+#include "plugin/window_layer.h"
+
+namespace {
+
+struct DialogCall {
+  int resourceId = 0;
+  HWND parent = nullptr;
+  DLGPROC procedure = nullptr;
+  LPARAM param = 0;
+  int calls = 0;
+} dialog;
+
+HWND createDialog(PlaskDialogResource*, int resourceId, HWND parent, DLGPROC procedure,
+                  LPARAM param) {
+  dialog = {resourceId, parent, procedure, param, dialog.calls + 1};
+  return reinterpret_cast<HWND>(0x1234);
+}
+
+INT_PTR ownProcedure(HWND, UINT, WPARAM, LPARAM) {
+  return 0;
+}
+INT_PTR localizedProcedure(HWND, UINT, WPARAM, LPARAM) {
+  return 1;
+}
+
+struct PrepareCall {
+  std::string context;
+  int resourceId = 0;
+  void** scratch = nullptr;
+  int words = 0;
+  bool fifthWasNull = false;
+} prepare;
+
+DLGPROC prepareDialog(const char* context, HINSTANCE, int resourceId, DLGPROC, LPARAM,
+                      void** scratch, int words) {
+  prepare = {context, resourceId, scratch, words, scratch[4] == nullptr};
+  return &localizedProcedure;
+}
+
+class LocalizedDialog : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] =
+        reinterpret_cast<PlaskGenericFn>(&createDialog);
+    dialog = {};
+  }
+  void TearDown() override {
+    plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] = nullptr;
+    hostApi = HostApi{};
+  }
+  HWND parent = reinterpret_cast<HWND>(0x77);
+};
+
+const char* iniFile() {
+  return "x";
+}
+std::vector<std::string> known;
+VstIntPtr lookUp(AEffect*, std::int32_t, std::int32_t, VstIntPtr, void* ptr, float) {
+  const std::string name = static_cast<const char*>(ptr);
+  for (const std::string& k : known) {
+    if (k == name) return reinterpret_cast<VstIntPtr>(&iniFile);
+  }
+  return 0;
+}
+
+}  // namespace
+
+TEST_F(LocalizedDialog, WithoutTheHostsHookTheDialogGetsOurProcedureAndParameter) {
+  const HWND window = createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 0);
+  EXPECT_EQ(window, reinterpret_cast<HWND>(0x1234));
+  EXPECT_EQ(dialog.resourceId, 101);
+  EXPECT_EQ(dialog.parent, parent);
+  EXPECT_EQ(dialog.procedure, &ownProcedure);
+  EXPECT_EQ(dialog.param, 42);
+}
+
+TEST_F(LocalizedDialog, TheHostsHookReplacesProcedureAndParameter) {
+  hostApi.__localizePrepareDialog = &prepareDialog;
+  createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 0);
+  EXPECT_EQ(prepare.context, "spatiola_");
+  EXPECT_EQ(prepare.resourceId, 101);
+  EXPECT_EQ(prepare.words, 5);
+  EXPECT_TRUE(prepare.fifthWasNull);
+  EXPECT_EQ(dialog.procedure, &localizedProcedure);
+  EXPECT_EQ(dialog.param, reinterpret_cast<LPARAM>(prepare.scratch));
+}
+
+TEST_F(LocalizedDialog, OnlyModelessDialogsAreMade) {
+  EXPECT_EQ(createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 1), nullptr);
+  EXPECT_EQ(dialog.calls, 0);
+}
+
+TEST(HostFunctions, EveryFetchOverwritesTheTable) {
+  known = {"get_ini_file", "SLIDER2DB"};
+  fetchHostFunctions(&lookUp);
+  EXPECT_NE(hostApi.get_ini_file, nullptr);
+  EXPECT_NE(hostApi.SLIDER2DB, nullptr);
+  known = {"get_ini_file"};
+  fetchHostFunctions(&lookUp);
+  EXPECT_NE(hostApi.get_ini_file, nullptr);
+  EXPECT_EQ(hostApi.SLIDER2DB, nullptr);  // a host that no longer knows it
+  hostApi = HostApi{};
+}
+
+TEST(WindowLayerCalls, AnUnboundSlotAnswersZero) {
+  EXPECT_EQ(plaskCall<PlaskId::GetDlgItem>(nullptr, 5), nullptr);
+  EXPECT_FALSE(plaskAvailable<PlaskId::lstrcpyn>());
+  plaskSlots[static_cast<int>(PlaskId::lstrcpyn)] = missingFunctionStubAddress();
+  EXPECT_FALSE(plaskAvailable<PlaskId::lstrcpyn>());
+  plaskSlots[static_cast<int>(PlaskId::lstrcpyn)] = nullptr;
+}
