@@ -57,7 +57,9 @@ std::unordered_set<const FontDescription*>& liveHandles() {
 struct Face {
   cairo_font_face_t* face = nullptr;
   std::string family;
-  double cellPerEm = 1.0;  // (ascent + descent) / em of the face's design
+  double ascentPerEm = 0.9;  // of the face's design
+  double descentPerEm = 0.2;
+  double cellPerEm() const { return ascentPerEm + descentPerEm; }
 };
 
 std::string lowerCase(std::string text) {
@@ -121,14 +123,15 @@ cairo_scaled_font_t* newScaledFont(cairo_font_face_t* face, double emPx, bool hi
   return font;
 }
 
-double designCellPerEm(cairo_font_face_t* face) {
+void readDesignMetrics(Face& face) {
   constexpr double kProbeEmPx = 1000.0;
-  cairo_scaled_font_t* probe = newScaledFont(face, kProbeEmPx, false);
+  cairo_scaled_font_t* probe = newScaledFont(face.face, kProbeEmPx, false);
   cairo_font_extents_t extents;
   cairo_scaled_font_extents(probe, &extents);
   cairo_scaled_font_destroy(probe);
-  const double cell = (extents.ascent + extents.descent) / kProbeEmPx;
-  return cell > 0.1 ? cell : 1.0;
+  if (extents.ascent + extents.descent < 0.1 * kProbeEmPx) return;  // keep the fallbacks
+  face.ascentPerEm = extents.ascent / kProbeEmPx;
+  face.descentPerEm = extents.descent / kProbeEmPx;
 }
 
 // Faces are matched once per (face, weight, italic) and kept for the process's lifetime.
@@ -149,26 +152,36 @@ const Face* findFace(const FontDescription& description) {
     cairo_font_face_destroy(face.face);
     return nullptr;
   }
-  face.cellPerEm = designCellPerEm(face.face);
+  readDesignMetrics(face);
   return &faces.emplace(key, face).first->second;
 }
 
 double emSizePx(const FontDescription& description, const Face& face) {
   if (description.height < 0) return -static_cast<double>(description.height);
   const int cellPx = description.height > 0 ? description.height : kDefaultCellHeightPx;
-  return cellPx / face.cellPerEm;
+  return cellPx / face.cellPerEm();
+}
+
+// A cell height asked for is kept exactly; an em size gives the face's own cell.
+void setCellMetrics(RealizedFont& font, const FontDescription& description, const Face& face,
+                    double emPx) {
+  font.ascentPx = static_cast<int>(std::lround(face.ascentPerEm * emPx));
+  if (description.height >= 0) {
+    const int cellPx = description.height > 0 ? description.height : kDefaultCellHeightPx;
+    font.descentPx = cellPx - font.ascentPx;
+  } else {
+    font.descentPx = static_cast<int>(std::lround(face.descentPerEm * emPx));
+  }
 }
 
 std::unique_ptr<RealizedFont> realize(const FontDescription& description) {
   const Face* face = findFace(description);
   if (face == nullptr) return nullptr;
   auto realized = std::make_unique<RealizedFont>();
-  realized->font = newScaledFont(face->face, emSizePx(description, *face), true);
+  const double emPx = emSizePx(description, *face);
+  realized->font = newScaledFont(face->face, emPx, true);
   if (cairo_scaled_font_status(realized->font) != CAIRO_STATUS_SUCCESS) return nullptr;
-  cairo_font_extents_t extents;
-  cairo_scaled_font_extents(realized->font, &extents);
-  realized->ascentPx = static_cast<int>(std::lround(extents.ascent));
-  realized->descentPx = static_cast<int>(std::lround(extents.descent));
+  setCellMetrics(*realized, description, *face, emPx);
   realized->family = face->family;
   return realized;
 }

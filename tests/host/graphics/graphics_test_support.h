@@ -1,0 +1,71 @@
+// Bitmaps and pixel probes shared by the graphics tests.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+
+#include "host/graphics/drawing.h"
+
+using BitmapPtr = std::unique_ptr<DAUB_IBitmap>;
+
+inline BitmapPtr newBitmap(int width, int height, DAUB_pixel fill = 0xFF000000) {
+  BitmapPtr bitmap(graphics::DAUB_CreateBitmap(DAUB_BITMAP_MEMORY, width, height));
+  graphics::DAUB_Clear(bitmap.get(), fill);
+  return bitmap;
+}
+
+inline int red(DAUB_pixel p) {
+  return static_cast<int>((p >> 16) & 0xFF);
+}
+inline int green(DAUB_pixel p) {
+  return static_cast<int>((p >> 8) & 0xFF);
+}
+inline int blue(DAUB_pixel p) {
+  return static_cast<int>(p & 0xFF);
+}
+inline int alphaOf(DAUB_pixel p) {
+  return static_cast<int>(p >> 24);
+}
+
+// The box of pixels that differ from the background, and how many do.
+struct InkBox {
+  int left = 1 << 30, top = 1 << 30, right = -1, bottom = -1, count = 0;
+  bool empty() const { return count == 0; }
+  double centreX() const { return (left + right) / 2.0; }
+  double centreY() const { return (top + bottom) / 2.0; }
+};
+
+inline InkBox inkBox(DAUB_IBitmap* bitmap, DAUB_pixel background = 0xFF000000) {
+  InkBox box;
+  for (int y = 0; y < bitmap->getHeight(); ++y) {
+    for (int x = 0; x < bitmap->getWidth(); ++x) {
+      if (graphics::DAUB_GetPixel(bitmap, x, y) == background) continue;
+      box.left = std::min(box.left, x);
+      box.right = std::max(box.right, x);
+      box.top = std::min(box.top, y);
+      box.bottom = std::max(box.bottom, y);
+      ++box.count;
+    }
+  }
+  return box;
+}
+
+// The 10 x 6 speaker glyph the plug-in draws its speaker icons with.
+inline constexpr unsigned char kSpeakerGlyph[6 * 10] = {
+    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
+    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
+    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
+    0,   0,    0xC0, 255, 255, 255, 255, 0xC0, 0,    0,  //
+    0,   0xC0, 255,  255, 255, 255, 255, 255,  0xC0, 0,  //
+    255, 255,  255,  255, 255, 255, 255, 255,  255,  255,
+};
+
+// The speaker icon: transparent 16 x 16, glyph at (3, 5), plus a red mark in the top-left corner
+// so that every turn of it is told apart.
+inline BitmapPtr newSpeakerIcon() {
+  BitmapPtr icon = newBitmap(16, 16, 0x00000000);
+  graphics::DAUB_DrawGlyph(icon.get(), 3, 5, 0xFFFFFF00, kSpeakerGlyph, 10, 6, 1.0f, 0);
+  graphics::DAUB_PutPixel(icon.get(), 1, 1, 0xFFFF0000, 1.0f, 0);
+  return icon;
+}

@@ -1,0 +1,160 @@
+// Whole pictures compared with reviewed reference PNGs, with a small per-channel tolerance for
+// rasterizer rounding. To accept a deliberate change of the drawing, regenerate them with
+//   SPATIOLA_UPDATE_REFERENCE_IMAGES=1 ./build/test_graphics
+// and review the new files before committing. A mismatch leaves <name>.actual.png in the test's
+// working directory.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "host/graphics/font.h"
+#include "host/graphics/png_io.h"
+#include "tests/host/graphics/graphics_test_support.h"
+
+using namespace graphics;
+
+namespace {
+
+constexpr int kTolerancePerChannel = 3;
+
+void drawEllipse(DAUB_IBitmap* bm, DAUB_pixel colour, float cx, float cy, float rx, float ry,
+                 float angle, float alpha) {
+  const float s = std::sin(angle), c = std::cos(angle);
+  float px = 0, py = 0;
+  for (int j = 0; j <= 64; ++j) {
+    const float t = j * 6.2831854820251465f * 0.015625f;
+    const float x = std::cos(t) * rx, y = std::sin(t) * ry;
+    const float qx = cx + c * x - s * y, qy = cy - (s * x + c * y);
+    if (j > 0) DAUB_Line(bm, px, py, qx, qy, colour, alpha, 0, true);
+    px = qx;
+    py = qy;
+  }
+}
+
+// A room seen from above, drawn the way the editor's view draws it.
+BitmapPtr drawSpaceScene() {
+  BitmapPtr scene = newBitmap(200, 160, 0xFF202020);
+  DAUB_IBitmap* bm = scene.get();
+  DAUB_LineInt(bm, 0, 80, 200, 80, 0xFF707070, 1.0f, 0, false);
+  DAUB_LineInt(bm, 100, 0, 100, 160, 0xFF707070, 1.0f, 0, false);
+  DAUB_DrawRect(bm, 30, 20, 140, 120, 0xFF707070, 1.0f, 0);
+  BitmapPtr icon = newBitmap(16, 16, 0x00000000);
+  DAUB_DrawGlyph(icon.get(), 3, 5, 0xFFFFFF00, kSpeakerGlyph, 10, 6, 1.0f, 0);
+  CairoFont label;
+  const LOGFONT description = [] {
+    LOGFONT f{};
+    f.lfHeight = 12;
+    f.lfWeight = 400;
+    std::snprintf(f.lfFaceName, sizeof(f.lfFaceName), "Arial");
+    return f;
+  }();
+  label.AttachHostFont(CreateFontIndirect(&description), DAUB_FONT_FLAG_OWNS_HANDLE);
+  label.SetTextColor(0xFFFFFF00);
+  const double speakers[][2] = {{-1, 1}, {0, 1}, {1, 1}, {-1, -1}, {1, -1}};
+  const char* names[] = {"L", "C", "R", "Ls", "Rs"};
+  for (int i = 0; i < 5; ++i) {
+    const int x = 100 + static_cast<int>(std::lround(70 * speakers[i][0]));
+    const int y = 80 - static_cast<int>(std::lround(60 * speakers[i][1]));
+    drawEllipse(bm, 0xFF484848, static_cast<float>(x), static_cast<float>(y), 28, 24, 0, 1.0f);
+    DAUB_RotatedBlit(bm, icon.get(), x - 8, y - 8, 16, 16, 0, 0, 16, 16,
+                     static_cast<float>(std::atan2(speakers[i][0], speakers[i][1])), false, 1.0f,
+                     0x10100, 0, 0);
+    const int lx = x + (speakers[i][0] >= 0 ? 12 : -12);
+    RECT rect{lx - 5, y - 5, lx + 5, y + 5};
+    label.DrawText(bm, names[i], -1, &rect, speakers[i][0] < 0 ? 0x126 : 0x124);
+  }
+  drawEllipse(bm, 0xFFFF4040, 70, 60, 30, 14, static_cast<float>(M_PI / 6), 0.5f);
+  DAUB_LineInt(bm, 70, 60, 64, 52, 0xFFFF4040, 0.5f, 0, true);
+  DAUB_FillCircle(bm, 64, 52, 5, 0xFFFF4040, 0.5f, 0, true);
+  DAUB_LineInt(bm, 122, 100, 138, 100, 0xFF32CD32, 1.0f, 0, false);
+  DAUB_LineInt(bm, 130, 92, 130, 108, 0xFF32CD32, 1.0f, 0, false);
+  DAUB_FillCircle(bm, 130, 100, 5, 0xFF32CD32, 1.0f, 0, true);
+  label.SetTextColor(0xFF000000);
+  RECT number{129, 100, 130, 101};
+  label.DrawText(bm, "2", -1, &number, 0x125);
+  DAUB_FillRect(bm, 110, 30, 50, 30, 0xFF406070, 0.125f, DAUB_BLIT_MODE_ADD);
+  DAUB_DrawRect(bm, 110, 30, 50, 30, 0xFF406070, 1.0f, 0);
+  return scene;
+}
+
+BitmapPtr drawPrimitives() {
+  BitmapPtr sheet = newBitmap(96, 64, 0xFF000000);
+  DAUB_IBitmap* bm = sheet.get();
+  DAUB_LineInt(bm, 2, 2, 30, 12, 0xFFFFFFFF, 1.0f, 0, false);
+  DAUB_LineInt(bm, 2, 6, 30, 16, 0xFFFFFFFF, 1.0f, 0, true);
+  DAUB_ThickFLine(bm, 2.0, 22.0, 30.0, 28.0, 0xFF1E90FF, 1.0f, 0, 3);
+  DAUB_Circle(bm, 45.0f, 12.0f, 9.0f, 0xFFF0E68C, 1.0f, 0, false);
+  DAUB_Circle(bm, 70.0f, 12.0f, 9.5f, 0xFFF0E68C, 1.0f, 0, true);
+  DAUB_Arc(bm, 86.0f, 12.0f, 7.0f, 0.0f, static_cast<float>(M_PI), 0xFFFF4040, 1.0f, 0, true);
+  DAUB_FillTriangle(bm, 2, 34, 24, 34, 2, 56, 0xFF6A5ACD, 1.0f, 0);
+  DAUB_FillTrapezoid(bm, 34, 44, 36, 28, 50, 58, 0xFF8B4513, 1.0f, 0);
+  DAUB_BorderedRect(bm, 56, 36, 16, 20, 0xFF32CD32, 0xFFFFFFFF, 1.0f, 0);
+  DAUB_FillCircle(bm, 84, 46, 8, 0xFFFFFFFF, 0.5f, 0, true);
+  DAUB_FillCircle(bm, 84, 46, 4, 0xFFFF0000, 1.0f, DAUB_BLIT_MODE_ADD, false);
+  return sheet;
+}
+
+void expectMatchesReference(DAUB_IBitmap* actual, const std::string& name) {
+  const std::string path = std::string(GRAPHICS_REFERENCE_DIR) + "/" + name + ".png";
+  if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
+    std::string error;
+    ASSERT_TRUE(writePng(actual, path, &error)) << error;
+    return;
+  }
+  std::string error;
+  std::unique_ptr<DAUB_IBitmap> expected = readPng(path, &error);
+  ASSERT_NE(expected, nullptr) << error;
+  const ImageDifference difference = compareBitmaps(actual, expected.get(), kTolerancePerChannel);
+  if (!difference.matches()) writePng(actual, name + ".actual.png");
+  EXPECT_TRUE(difference.sizesMatch) << name;
+  EXPECT_EQ(difference.differingPixels, 0)
+      << name << ": first at " << difference.firstX << "," << difference.firstY
+      << ", largest channel difference " << difference.maxChannelDelta;
+}
+
+}  // namespace
+
+TEST(ReferenceImages, SpaceScene) {
+  expectMatchesReference(drawSpaceScene().get(), "space_scene");
+}
+
+TEST(ReferenceImages, Primitives) {
+  expectMatchesReference(drawPrimitives().get(), "primitives");
+}
+
+TEST(PngFiles, RoundTripKeepsPixelsAndReportsErrors) {
+  BitmapPtr original = drawPrimitives();
+  DAUB_Clear(original.get(), 0x00000000);
+  DAUB_FillRect(original.get(), 4, 4, 10, 10, 0x80FF8000, 1.0f, 0);
+  const std::string path = "png_round_trip.png";
+  ASSERT_TRUE(writePng(original.get(), path));
+  std::unique_ptr<DAUB_IBitmap> loaded = readPng(path);
+  ASSERT_NE(loaded, nullptr);
+  EXPECT_TRUE(compareBitmaps(loaded.get(), original.get(), 0).matches());
+  EXPECT_EQ(DAUB_GetPixel(loaded.get(), 5, 5), DAUB_GetPixel(original.get(), 5, 5));
+  std::remove(path.c_str());
+
+  std::string error;
+  EXPECT_EQ(readPng("no/such/file.png", &error), nullptr);
+  EXPECT_NE(error.find("no/such/file.png"), std::string::npos);
+  EXPECT_FALSE(writePng(original.get(), "no/such/dir/x.png", &error));
+  EXPECT_FALSE(writePng(nullptr, "x.png"));
+}
+
+TEST(PngFiles, ComparisonCountsPixelsBeyondTheTolerance) {
+  BitmapPtr a = newBitmap(4, 4, 0xFF404040);
+  BitmapPtr b = newBitmap(4, 4, 0xFF404040);
+  DAUB_PutPixel(b.get(), 2, 1, 0xFF434040, 1.0f, 0);
+  DAUB_PutPixel(b.get(), 3, 3, 0xFF404050, 1.0f, 0);
+  const ImageDifference loose = compareBitmaps(a.get(), b.get(), 3);
+  EXPECT_EQ(loose.differingPixels, 1);
+  EXPECT_EQ(loose.firstX, 3);
+  EXPECT_EQ(loose.firstY, 3);
+  EXPECT_EQ(loose.maxChannelDelta, 0x10);
+  EXPECT_EQ(compareBitmaps(a.get(), b.get(), 2).differingPixels, 2);
+  BitmapPtr other = newBitmap(4, 5);
+  EXPECT_FALSE(compareBitmaps(a.get(), other.get(), 255).sizesMatch);
+}
