@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <memory>
 
 #include "host/graphics/drawing.h"
@@ -41,28 +40,23 @@ inline InkBox inkBox(DAUB_IBitmap* bitmap, DAUB_pixel background = 0xFF000000) {
   for (int y = 0; y < bitmap->getHeight(); ++y) {
     for (int x = 0; x < bitmap->getWidth(); ++x) {
       if (graphics::DAUB_GetPixel(bitmap, x, y) == background) continue;
-      box.left = std::min(box.left, x);
-      box.right = std::max(box.right, x);
-      box.top = std::min(box.top, y);
-      box.bottom = std::max(box.bottom, y);
-      ++box.count;
+      box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x),
+             std::max(box.bottom, y), box.count + 1};
     }
   }
   return box;
 }
 
-// The 10 x 6 speaker glyph the plug-in draws its speaker icons with.
+// The 10 x 6 alpha map the plug-in draws its speaker icons with.
 inline constexpr unsigned char kSpeakerGlyph[6 * 10] = {
-    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
-    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
-    0,   0,    0,    255, 255, 255, 255, 0,    0,    0,  //
-    0,   0,    0xC0, 255, 255, 255, 255, 0xC0, 0,    0,  //
-    0,   0xC0, 255,  255, 255, 255, 255, 255,  0xC0, 0,  //
-    255, 255,  255,  255, 255, 255, 255, 255,  255,  255,
-};
+    0,   0,   0,   255, 255, 255, 255, 0,   0,   0,  //
+    0,   0,   0,   255, 255, 255, 255, 0,   0,   0,  //
+    0,   0,   0,   255, 255, 255, 255, 0,   0,   0,  //
+    0,   0,   192, 255, 255, 255, 255, 192, 0,   0,  //
+    0,   192, 255, 255, 255, 255, 255, 255, 192, 0,  //
+    255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
 
-// The speaker icon: transparent 16 x 16, glyph at (3, 5), plus a red mark in the top-left corner
-// so that every turn of it is told apart.
+// Transparent 16 x 16 with the glyph at (3, 5) and a red mark at (1, 1), so every turn differs.
 inline BitmapPtr newSpeakerIcon() {
   BitmapPtr icon = newBitmap(16, 16, 0x00000000);
   graphics::DAUB_DrawGlyph(icon.get(), 3, 5, 0xFFFFFF00, kSpeakerGlyph, 10, 6, 1.0f, 0);
