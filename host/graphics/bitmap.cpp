@@ -122,9 +122,7 @@ std::intptr_t CairoBitmap::Extended(int code, void* data) {
       advisoryScale256_ = *static_cast<const int*>(data) > 0 ? *static_cast<const int*>(data) : 0;
       return 1;
     case DAUB_EXT_GET_ADVISORY_SCALE:
-      return advisoryScale256_;
-    case DAUB_EXT_GET_EFFECTIVE_SCALE:
-      // Text follows the advisory scale; without one it is drawn unscaled.
+    case DAUB_EXT_GET_EFFECTIVE_SCALE:  // text follows the advisory scale; none means unscaled
       return advisoryScale256_;
     default:
       return 0;

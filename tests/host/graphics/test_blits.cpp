@@ -1,4 +1,4 @@
-// Blits (plain, scaled, rotated), whole copies and glyph drawing.
+// Blits (plain and rotated) and glyph drawing.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -120,18 +120,6 @@ TEST(RotatedBlit, BlendsBySourceAlphaAndTurnsAboutTheOffsetCentre) {
   EXPECT_EQ(box.left, 12);
   EXPECT_EQ(box.top, 4);
   EXPECT_EQ(box.count, 4);
-}
-
-TEST(ScaledBlit, NearestKeepsBlocksBilinearBlendsThem) {
-  BitmapPtr checker = newBitmap(2, 2, 0xFF000000);
-  DAUB_PutPixel(checker.get(), 1, 0, 0xFFFFFFFF, 1.0f, 0);
-  DAUB_PutPixel(checker.get(), 0, 1, 0xFFFFFFFF, 1.0f, 0);
-  BitmapPtr nearest = newBitmap(8, 8, 0xFF0000FF), smooth = newBitmap(8, 8, 0xFF0000FF);
-  DAUB_ScaledBlit(nearest.get(), checker.get(), 0, 0, 8, 8, 0, 0, 2, 2, 1.0f, 0);
-  DAUB_ScaledBlit(smooth.get(), checker.get(), 0, 0, 8, 8, 0, 0, 2, 2, 1.0f, 0x10000);
-  EXPECT_EQ(DAUB_GetPixel(nearest.get(), 3, 3), 0xFF000000u);
-  EXPECT_EQ(DAUB_GetPixel(nearest.get(), 4, 3), 0xFFFFFFFFu);
-  EXPECT_NEAR(red(DAUB_GetPixel(smooth.get(), 3, 3)), 0x78, 0x10);
 }
 
 TEST(Glyph, AlphaMapBlendsTheColourPixelByPixel) {

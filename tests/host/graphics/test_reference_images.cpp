@@ -127,15 +127,12 @@ TEST(PngFiles, RoundTripKeepsPixelsAndReportsErrors) {
   std::unique_ptr<DAUB_IBitmap> loaded = readPng(path);
   ASSERT_NE(loaded, nullptr);
   EXPECT_TRUE(compareBitmaps(loaded.get(), original.get(), 0).matches());
-  DAUB_PutPixel(loaded.get(), 3, 2, 0xFF040000, 1.0f, 0);
-  const ImageDifference difference = compareBitmaps(loaded.get(), original.get(), 3);
-  EXPECT_EQ(difference.differingPixels, 1);
-  EXPECT_EQ(difference.firstX, 3);
   EXPECT_EQ(DAUB_GetPixel(loaded.get(), 5, 5), 0x80FF8000u);
+  DAUB_PutPixel(loaded.get(), 3, 2, 0xFF040000, 1.0f, 0);
+  EXPECT_EQ(compareBitmaps(loaded.get(), original.get(), 3).differingPixels, 1);
   std::remove(path.c_str());
   std::string error;
   EXPECT_EQ(readPng("no/such/file.png", &error), nullptr);
   EXPECT_NE(error.find("no/such/file.png"), std::string::npos);
   EXPECT_FALSE(writePng(original.get(), "no/such/dir/x.png", &error));
-  EXPECT_FALSE(writePng(nullptr, "x.png"));
 }

@@ -52,10 +52,6 @@ TEST(CrispLines, CoverBothEndsWithOnePixelPerStepInEitherDirection) {
     EXPECT_EQ(DAUB_GetPixel(forward.get(), c.x2, c.y2), kWhite);
     EXPECT_EQ(pixels, inkedPixels(backward.get()));
   }
-  BitmapPtr rounded = newBitmap(12, 6);
-  DAUB_Line(rounded.get(), 2.4f, 3.0f, 7.6f, 3.2f, kWhite, 1.0f, 0, false);
-  EXPECT_EQ(inkedPixels(rounded.get()).size(), 7u);  // 2..8 on row 3
-  EXPECT_EQ(DAUB_GetPixel(rounded.get(), 8, 3), kWhite);
 }
 
 TEST(CrispLines, FarEndsAreCutToTheBitmap) {
@@ -99,12 +95,11 @@ TEST(SmoothLines, CoverageIsPointSymmetricAboutTheMiddle) {
 }
 
 TEST(Rectangles, DrawRectOutlinesInclusiveEndsFillRectCoversWidthTimesHeight) {
-  BitmapPtr outline = newBitmap(12, 12), filled = newBitmap(12, 12), ring = newBitmap(12, 12);
+  BitmapPtr outline = newBitmap(12, 12), filled = newBitmap(12, 12);
   DAUB_DrawRect(outline.get(), 2, 3, 5, 4, kWhite, 0.5f, 0);
   DAUB_FillRect(filled.get(), 2, 3, 5, 4, kWhite, 1.0f, 0);
   DAUB_FillRect(filled.get(), -5, INT_MAX - 2, 100, 100, kWhite, 1.0f, 0);  // all outside
-  DAUB_BorderedRect(ring.get(), 2, 3, 5, 4, 0xFF00FF00, 0xFFFF0000, 1.0f, 0);
-  const InkBox o = inkBox(outline.get()), f = inkBox(filled.get()), r = inkBox(ring.get());
+  const InkBox o = inkBox(outline.get()), f = inkBox(filled.get());
   EXPECT_EQ(o.right, 7);
   EXPECT_EQ(o.bottom, 7);
   EXPECT_EQ(o.count, 2 * (6 + 5) - 4);
@@ -113,9 +108,6 @@ TEST(Rectangles, DrawRectOutlinesInclusiveEndsFillRectCoversWidthTimesHeight) {
   EXPECT_EQ(f.right, 6);
   EXPECT_EQ(f.bottom, 6);
   EXPECT_EQ(f.count, 20);
-  EXPECT_EQ(r.count, 20);
-  EXPECT_EQ(DAUB_GetPixel(ring.get(), 6, 6), 0xFFFF0000u);
-  EXPECT_EQ(DAUB_GetPixel(ring.get(), 3, 4), 0xFF00FF00u);
 }
 
 TEST(Circles, FilledDiscSpansTwoRadiiPlusOneOutlinePassesThroughTheRadius) {
@@ -145,7 +137,6 @@ TEST(Circles, ArcsRunClockwiseFromStraightUp) {
   EXPECT_LT(level(bitmap.get(), 9, 2), 0x20);
   EXPECT_GT(level(bitmap.get(), 18, 9), 0xA0);
   EXPECT_LT(level(bitmap.get(), 18, 11), 0x20);
-  EXPECT_EQ(level(bitmap.get(), 2, 10), 0);
 }
 
 TEST(Blending, CopyModeMixesByColourAlphaTimesArgument) {
