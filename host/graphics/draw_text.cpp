@@ -1,6 +1,4 @@
 // Font creation and the library's own one-call text functions.
-#include <climits>
-
 #include "host/graphics/drawing.h"
 #include "host/graphics/font.h"
 
