@@ -94,6 +94,26 @@ TEST(TextAlignment, InkSitsWhereTheFlagsPutIt) {
   EXPECT_LT(clipped.right, 20) << "clipped without DT_NOCLIP";
 }
 
+TEST(TextAlignment, ButtonLettersCentreInTheirFrameAndStayInsideIt) {
+  constexpr UINT kButtonLetter = 0x25;  // centred both ways, single line, clipped
+  constexpr DAUB_pixel kFace = 0xFFE04040;
+  for (const int sidePx : {12, 18}) {
+    auto font = newFont(sidePx);
+    font->SetTextColor(0xFF000000);
+    BitmapPtr letter = newBitmap(3 * sidePx, sidePx, kFace),
+              wide = newBitmap(3 * sidePx, sidePx, kFace);
+    RECT frame{sidePx, 0, 2 * sidePx, sidePx};
+    font->DrawText(letter.get(), "S", -1, &frame, kButtonLetter);
+    font->DrawText(wide.get(), "WWWW", -1, &frame, kButtonLetter);
+    const InkBox s = inkBox(letter.get(), kFace), w = inkBox(wide.get(), kFace);
+    EXPECT_NEAR(s.centreX(), 1.5 * sidePx - 0.5, 1.0) << sidePx;
+    EXPECT_NEAR(s.centreY(), 0.5 * sidePx - 0.5, 1.5) << sidePx;
+    EXPECT_GT(s.bottom - s.top, sidePx / 2) << sidePx;
+    EXPECT_EQ(w.left, sidePx) << "clipped to the frame";
+    EXPECT_EQ(w.right, 2 * sidePx - 1) << "clipped to the frame";
+  }
+}
+
 TEST(TextMeasure, CalcRectMeasuresWithoutDrawingOrTouchingColours) {
   auto font = newFont(12);
   BitmapPtr bitmap = newBitmap(80, 30);
