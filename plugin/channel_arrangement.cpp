@@ -22,7 +22,8 @@ bool wantsLargerLayout(const PannerPlugin& plugin, std::int32_t channelCount) {
 
 // Remembers the counts from before the change for the idle report, then lays out the preset.
 void applyHostLayout(PannerPlugin& plugin, std::int32_t channelCount) {
-  const auto oldCounts = static_cast<std::uint32_t>(plugin.speakerCount() << 8 | plugin.inputCount());
+  const auto oldCounts =
+      static_cast<std::uint32_t>(plugin.speakerCount() << 8 | plugin.inputCount());
   plugin.pendingArrangement.store(oldCounts);
   applyLayoutPreset(plugin, layoutPresetForHostChannels(channelCount));
 }

@@ -40,8 +40,9 @@ VstIntPtr openEditor(PannerPlugin& plugin, void* parent) {
   if (plugin.editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin.editorWindow);
   const DLGPROC procedure = editorDialogProcedure();
   if (procedure == nullptr) return 0;
-  const HWND window = createLocalizedDialog(nullptr, kEditorDialogResource, static_cast<HWND>(parent),
-                                            procedure, reinterpret_cast<LPARAM>(&plugin), 0);
+  const HWND window =
+      createLocalizedDialog(nullptr, kEditorDialogResource, static_cast<HWND>(parent), procedure,
+                            reinterpret_cast<LPARAM>(&plugin), 0);
   return window != nullptr ? 1 : 0;
 }
 
@@ -78,7 +79,8 @@ VstIntPtr stateChunk(PannerPlugin& plugin, void* ptr) {
 
 VstIntPtr loadStateChunk(PannerPlugin& plugin, VstIntPtr length, void* ptr) {
   std::int32_t bytes = 0;
-  if (ptr != nullptr && length > 0) bytes = length > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(length);
+  if (ptr != nullptr && length > 0)
+    bytes = length > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(length);
   readStateChunk(plugin, ptr, bytes);
   return 0;
 }
@@ -164,35 +166,66 @@ VstIntPtr idle(PannerPlugin* plugin) {
 // Opcodes that answer without an instance, or whose answer does not depend on one.
 bool answerWithoutInstance(AEffect* effect, std::int32_t opcode, void* ptr, VstIntPtr& result) {
   switch (opcode) {
-    case effOpen: result = requestIdle(effect); return true;
-    case effGetPlugCategory: result = kPlugCategEffect; return true;
-    case effGetEffectName: result = copyText(ptr, "Spatiola"); return true;
-    case effGetVendorString: result = copyText(ptr, "Tolvek"); return true;
-    case effGetProductString: result = copyText(ptr, "Spatiola"); return true;
-    case effCanDo: result = canDo(ptr); return true;
-    case effGetTailSize: result = 1; return true;
-    case effGetVstVersion: result = kVstVersion; return true;
-    default: return false;
+    case effOpen:
+      result = requestIdle(effect);
+      return true;
+    case effGetPlugCategory:
+      result = kPlugCategEffect;
+      return true;
+    case effGetEffectName:
+      result = copyText(ptr, "Spatiola");
+      return true;
+    case effGetVendorString:
+      result = copyText(ptr, "Tolvek");
+      return true;
+    case effGetProductString:
+      result = copyText(ptr, "Spatiola");
+      return true;
+    case effCanDo:
+      result = canDo(ptr);
+      return true;
+    case effGetTailSize:
+      result = 1;
+      return true;
+    case effGetVstVersion:
+      result = kVstVersion;
+      return true;
+    default:
+      return false;
   }
 }
 
 VstIntPtr dispatchToInstance(PannerPlugin& plugin, AEffect* effect, std::int32_t opcode,
                              std::int32_t index, VstIntPtr value, void* ptr) {
   switch (opcode) {
-    case effClose: return closeInstance(plugin);
-    case effGetParamLabel: return emptyLabel(ptr);
-    case effGetParamDisplay: return parameterDisplay(plugin, index, ptr);
-    case effGetParamName: return parameterName(plugin, index, ptr);
-    case effMainsChanged: return switchedOff(plugin, value);
-    case effEditGetRect: return editorRectangle(plugin, ptr);
-    case effEditOpen: return openEditor(plugin, ptr);
-    case effEditClose: return closeEditor(plugin);
-    case effGetChunk: return stateChunk(plugin, ptr);
-    case effSetChunk: return loadStateChunk(plugin, value, ptr);
-    case effCanBeAutomated: return canBeAutomated(effect, index);
-    case effSetSpeakerArrangement: return speakerArrangement(plugin, value, ptr);
-    case effStopProcess: return switchedOff(plugin, value);
-    default: return 0;
+    case effClose:
+      return closeInstance(plugin);
+    case effGetParamLabel:
+      return emptyLabel(ptr);
+    case effGetParamDisplay:
+      return parameterDisplay(plugin, index, ptr);
+    case effGetParamName:
+      return parameterName(plugin, index, ptr);
+    case effMainsChanged:
+      return switchedOff(plugin, value);
+    case effEditGetRect:
+      return editorRectangle(plugin, ptr);
+    case effEditOpen:
+      return openEditor(plugin, ptr);
+    case effEditClose:
+      return closeEditor(plugin);
+    case effGetChunk:
+      return stateChunk(plugin, ptr);
+    case effSetChunk:
+      return loadStateChunk(plugin, value, ptr);
+    case effCanBeAutomated:
+      return canBeAutomated(effect, index);
+    case effSetSpeakerArrangement:
+      return speakerArrangement(plugin, value, ptr);
+    case effStopProcess:
+      return switchedOff(plugin, value);
+    default:
+      return 0;
   }
 }
 

@@ -1,11 +1,17 @@
 // The plug-in without an editor: every editor hook answers "nothing here".
 #include "plugin/editor_link.h"
 
-PlaskDialogResource* pluginDialogResources() { return nullptr; }
+PlaskDialogResource* pluginDialogResources() {
+  return nullptr;
+}
 
-DLGPROC editorDialogProcedure() { return nullptr; }
+DLGPROC editorDialogProcedure() {
+  return nullptr;
+}
 
-PlaskControlCreator spaceViewControlCreator() { return nullptr; }
+PlaskControlCreator spaceViewControlCreator() {
+  return nullptr;
+}
 
 void releaseSharedDrawingResources() {}
 

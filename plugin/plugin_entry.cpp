@@ -19,8 +19,8 @@ namespace {
 
 constexpr std::int32_t kDefaultChannels = 2;
 constexpr std::int32_t kMaxHostChannels = 63;
-constexpr std::int32_t kEffectFlags = effFlagsHasEditor | effFlagsCanReplacing |
-                                      effFlagsProgramChunks | effFlagsCanDoubleReplacing;
+constexpr std::int32_t kEffectFlags =
+    effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks | effFlagsCanDoubleReplacing;
 constexpr std::int32_t kPluginVersion = 1100;
 
 // The track's channel count as the host reports it; anything outside 1..63 means stereo.

@@ -19,7 +19,9 @@ namespace {
 
 // Called through slots of every signature: the C calling convention leaves the arguments to the
 // caller, so ignoring them is safe.
-std::intptr_t missingFunctionStub() { return 0; }
+std::intptr_t missingFunctionStub() {
+  return 0;
+}
 
 constexpr DWORD kProcessAttach = 1;
 
