@@ -1,6 +1,37 @@
 #include "host/cli/scene_command.h"
 
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "host/cli/plugin_setup.h"
+#include "host/cli/scene_json.h"
 #include "host/core/host_error.h"
+
+namespace {
+
+std::string readText(const std::string& path, std::istream& in) {
+  std::stringstream text;
+  if (path == "-") {
+    text << in.rdbuf();
+    return text.str();
+  }
+  std::ifstream file(path);
+  if (!file) throw HostError("cannot read " + path);
+  text << file.rdbuf();
+  return text.str();
+}
+
+void writeResult(const std::string& outputPath, const std::string& bytes, std::ostream& out) {
+  if (outputPath.empty()) {
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.flush();
+    return;
+  }
+  writeBinaryFile(outputPath, std::vector<unsigned char>(bytes.begin(), bytes.end()));
+}
+
+}  // namespace
 
 void addSceneCommand(CLI::App& app, SceneOptions& options) {
   CLI::App* scene = app.add_subcommand("scene", "Spatiola state blocks as readable JSON");
@@ -13,6 +44,13 @@ void addSceneCommand(CLI::App& app, SceneOptions& options) {
   scene->add_option("-o,--output", options.outputPath, "write here instead of standard output");
 }
 
-int runScene(const SceneOptions& /*options*/, std::istream& /*in*/, std::ostream& /*out*/) {
-  throw HostError("scene conversion needs the model library, which this build lacks");
+int runScene(const SceneOptions& options, std::istream& in, std::ostream& out) {
+  if (!options.exportPath.empty()) {
+    writeResult(options.outputPath, exportScene(readBinaryFile(options.exportPath)), out);
+    return 0;
+  }
+  const std::vector<unsigned char> block =
+      importScene(readText(options.importPath, in), options.importPath);
+  writeResult(options.outputPath, std::string(block.begin(), block.end()), out);
+  return 0;
 }
