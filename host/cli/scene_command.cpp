@@ -41,7 +41,9 @@ void addSceneCommand(CLI::App& app, SceneOptions& options) {
   CLI::App* importer = scene->add_subcommand("import", "JSON -> state block on standard output");
   importer->add_option("json", options.importPath, "scene JSON file ('-': standard input)")
       ->required();
-  scene->add_option("-o,--output", options.outputPath, "write here instead of standard output");
+  for (CLI::App* command : {exporter, importer}) {
+    command->add_option("-o,--output", options.outputPath, "write here instead of standard output");
+  }
 }
 
 int runScene(const SceneOptions& options, std::istream& in, std::ostream& out) {
