@@ -84,6 +84,7 @@ int runBench(const BenchOptions& options, std::ostream& out) {
   const auto blocks = std::max<std::int64_t>(
       1, std::llround(options.seconds * options.sampleRate / options.blockSize));
   std::vector<double> perBlockSeconds;
+  perBlockSeconds.reserve(static_cast<std::size_t>(options.repeats));
   runOnce(instance, options, std::min<std::int64_t>(blocks, 16));  // warm caches and gain tables
   for (int r = 0; r < options.repeats; ++r) {
     perBlockSeconds.push_back(runOnce(instance, options, blocks) / static_cast<double>(blocks));

@@ -37,7 +37,7 @@ void writeScene(const std::string& path, double seconds) {
   std::uint32_t noise = 1u;
   for (std::int64_t f = 0; f < frames; ++f) {
     for (int s = 0; s < kDemoSources; ++s) block.push_back(sourceSample(s, f, noise));
-    if (block.size() >= 4096 * kDemoSources || f + 1 == frames) {
+    if (block.size() >= std::size_t{4096} * kDemoSources || f + 1 == frames) {
       writer.write(block.data(), static_cast<std::int64_t>(block.size() / kDemoSources));
       block.clear();
     }

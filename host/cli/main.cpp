@@ -18,9 +18,11 @@ void addPluginOptions(CLI::App& command, PluginOptions& plugin, bool withSetup) 
   command.add_option("--state", plugin.statePath, "load this state block (effSetChunk) first");
   command.add_option("--layout", plugin.layout,
                      "Spatiola: a speaker layout preset name, or a speaker count for a user setup");
-  command.add_option("--set", plugin.sets,
-                     "NAME=VALUE: a parameter by exact name or index, "
-                     "normalised value 0..1 (repeatable)");
+  command
+      .add_option("--set", plugin.sets,
+                  "NAME=VALUE: a parameter by exact name or index, "
+                  "normalised value 0..1 (repeatable)")
+      ->allow_extra_args(false);
 }
 
 void addRender(CLI::App& app, RenderOptions& options) {
@@ -65,7 +67,8 @@ void addBench(CLI::App& app, BenchOptions& options) {
 void addDemo(CLI::App& app, DemoOptions& options) {
   CLI::App* demo = app.add_subcommand("demo", "render a four-source test scene to 5.1");
   demo->add_option("--plugin", options.pluginPath, "the Spatiola plug-in file");
-  demo->add_option("--dir", options.directory, "where to write (default ./spatiola-demo)");
+  demo->add_option("--dir", options.directory, "where to write (default ./spatiola-demo)")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   demo->add_option("--seconds", options.seconds, "length of the scene (default 8)");
 }
 
@@ -78,9 +81,7 @@ int dispatchCommand(const CLI::App& app, const RenderOptions& render, const Info
   return runScene(scene, std::cin, std::cout);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   CLI::App app{"spatiola: a VST 2.x host for rendering audio through Spatiola and other plug-ins"};
   app.require_subcommand(1);
   int scale = 0;
@@ -95,14 +96,29 @@ int main(int argc, char** argv) {
   addBench(app, bench);
   addDemo(app, demo);
   addSceneCommand(app, scene);
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;  // help is no error; usage errors are 2
+  }
   if (scale != 0) setDisplayScaleOverride(scale);
   try {
     return dispatchCommand(app, render, info, bench, demo, scene);
   } catch (const HostError& error) {
     std::fprintf(stderr, "spatiola: %s\n", error.what());
+  }
+  return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "spatiola: unexpected error: %s\n", error.what());
+  } catch (...) {
+    std::fprintf(stderr, "spatiola: unexpected error\n");
   }
   return 1;
 }

@@ -1,5 +1,6 @@
 #include "host/cli/scene_json.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <set>
@@ -202,7 +203,7 @@ void readName(const Node& record, char* name) {
   }
   if (bytes.find('\0') != std::string::npos) record.fail("a name cannot hold a zero byte");
   std::memset(name, 0, kNameCapacity);
-  std::memcpy(name, bytes.data(), bytes.size());
+  std::copy(bytes.begin(), bytes.end(), name);
 }
 
 void readInput(const Node& node, InputChannel& input) {

@@ -13,7 +13,7 @@ std::atomic<const char*> currentPath{nullptr};
 std::atomic<const char*> currentCall{nullptr};
 
 constexpr int kFaultSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
-constexpr std::size_t kAlternateStackBytes = 64 * 1024;
+constexpr std::size_t kAlternateStackBytes = std::size_t{64} * 1024;
 alignas(16) char alternateStack[kAlternateStackBytes];
 
 void writeText(const char* text) {

@@ -62,10 +62,9 @@ VstIntPtr answerHostRequest(std::int32_t opcode, std::int32_t index, VstIntPtr /
       return kHostVendorVersion;
     case audioMasterCanDo:
       return canDo(ptr);
-    case audioMasterGetLanguage:
-      return 1;  // English
-    case audioMasterGetAutomationState:
-      return 1;  // off: the host does not record
+    case audioMasterGetLanguage:         // 1: English
+    case audioMasterGetAutomationState:  // 1: off, the host does not record
+      return 1;
     default:
       return 0;
   }

@@ -80,7 +80,12 @@ std::string IniFile::text() const {
   std::string out;
   for (const Section& section : sections_) {
     out += "[" + section.name + "]\n";
-    for (const auto& [key, value] : section.entries) out += key + "=" + value + "\n";
+    for (const auto& [key, value] : section.entries) {
+      out += key;
+      out += '=';
+      out += value;
+      out += '\n';
+    }
   }
   return out;
 }

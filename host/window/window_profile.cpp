@@ -108,7 +108,10 @@ DWORD profileGetSection(const char* section, char* out, DWORD size, const char* 
   const std::lock_guard lock(profileMutex);
   std::vector<std::string> lines;
   for (const auto& [key, value] : IniFile::load(resolvedPath(file)).entries(section)) {
-    lines.push_back(key + "=" + value);
+    std::string line = key;
+    line += '=';
+    line += value;
+    lines.push_back(std::move(line));
   }
   return copyList(lines, out, size);
 }
