@@ -58,7 +58,7 @@ void hostLocalizeMenu(const char* /*context*/, HMENU /*menu*/, const char* /*pre
 
 void hostLocalizeDialog(HWND /*window*/, const char* /*context*/) {}
 
-DLGPROC hostPrepareDialog(const char* /*context*/, HINSTANCE /*module*/, const void* /*resource*/,
+DLGPROC hostPrepareDialog(const char* /*context*/, HINSTANCE /*module*/, int /*resourceId*/,
                           DLGPROC /*dialogProc*/, LPARAM /*param*/, void** /*scratch*/,
                           int /*scratchWords*/) {
   return nullptr;  // keep the plug-in's own procedure and parameter

@@ -72,7 +72,7 @@ TEST(HostFunctions, LocalizationKeepsThePluginsOwnTexts) {
   const char* text = "Speakers";
   EXPECT_EQ(localize(text, "spatiola", 0), text);
   const auto prepare = lookup<localizePrepareDialogFn>("__localizePrepareDialog");
-  EXPECT_EQ(prepare("spatiola_", nullptr, nullptr, nullptr, 0, nullptr, 5), nullptr);
+  EXPECT_EQ(prepare("spatiola_", nullptr, 101, nullptr, 0, nullptr, 5), nullptr);
 }
 
 TEST(Accelerators, RegisterAddsRemovesAndRefusesOtherNames) {
