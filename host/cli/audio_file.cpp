@@ -87,8 +87,6 @@ int chooseOutputFormat(const std::string& path, const std::string& formatName,
                               "--format"
                         : "unknown output format '" + formatName + "'");
   }
-  // Plain WAVE has no speaker positions beyond stereo.
-  if (container == SF_FORMAT_WAV && channels > 2) container = SF_FORMAT_WAVEX;
   SF_INFO check{};
   check.channels = channels;
   check.samplerate = sampleRate;
@@ -141,15 +139,80 @@ void AudioWriter::close() {
   if (result != 0) throw HostError("closing " + path_ + " failed: " + sf_error_number(result));
 }
 
+OutputFormat makeOutputFormat(const std::string& path, const std::string& formatName,
+                              const std::string& sampleType, int channels, int sampleRate,
+                              const std::vector<int>& speakerMap, bool ambisonic) {
+  OutputFormat format;
+  format.sndfileFormat = chooseOutputFormat(path, formatName, sampleType, channels, sampleRate);
+  format.ambisonic = ambisonic;
+  const int container = format.sndfileFormat & SF_FORMAT_TYPEMASK;
+  const bool wave = container == SF_FORMAT_WAV || container == SF_FORMAT_WAVEX;
+  if (ambisonic) {
+    if (wave) format.sndfileFormat = SF_FORMAT_WAVEX | (format.sndfileFormat & SF_FORMAT_SUBMASK);
+    return format;
+  }
+  if (!wave) {
+    format.channelMap = speakerMap;
+    return format;
+  }
+  // libsndfile gives an extensible file it cannot label a guessed default mask, so such files stay
+  // plain WAVE: no positions rather than wrong ones.
+  if (isWaveOrder(speakerMap)) {
+    format.sndfileFormat = SF_FORMAT_WAVEX | (format.sndfileFormat & SF_FORMAT_SUBMASK);
+    format.channelMap = speakerMap;
+  }
+  return format;
+}
+
+std::uint32_t waveSpeakerBit(int position) {
+  struct WaveBit {
+    int position;
+    std::uint32_t bit;
+  };
+  static constexpr WaveBit kBits[] = {
+      {SF_CHANNEL_MAP_LEFT, 0x1},
+      {SF_CHANNEL_MAP_RIGHT, 0x2},
+      {SF_CHANNEL_MAP_CENTER, 0x4},
+      {SF_CHANNEL_MAP_LFE, 0x8},
+      {SF_CHANNEL_MAP_REAR_LEFT, 0x10},
+      {SF_CHANNEL_MAP_REAR_RIGHT, 0x20},
+      {SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER, 0x40},
+      {SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, 0x80},
+      {SF_CHANNEL_MAP_REAR_CENTER, 0x100},
+      {SF_CHANNEL_MAP_SIDE_LEFT, 0x200},
+      {SF_CHANNEL_MAP_SIDE_RIGHT, 0x400},
+      {SF_CHANNEL_MAP_TOP_CENTER, 0x800},
+      {SF_CHANNEL_MAP_TOP_FRONT_LEFT, 0x1000},
+      {SF_CHANNEL_MAP_TOP_FRONT_CENTER, 0x2000},
+      {SF_CHANNEL_MAP_TOP_FRONT_RIGHT, 0x4000},
+      {SF_CHANNEL_MAP_TOP_REAR_LEFT, 0x8000},
+      {SF_CHANNEL_MAP_TOP_REAR_CENTER, 0x10000},
+      {SF_CHANNEL_MAP_TOP_REAR_RIGHT, 0x20000},
+  };
+  for (const WaveBit& entry : kBits) {
+    if (entry.position == position) return entry.bit;
+  }
+  return 0;
+}
+
+bool isWaveOrder(const std::vector<int>& map) {
+  std::uint32_t previous = 0;
+  for (const int position : map) {
+    const std::uint32_t bit = waveSpeakerBit(position);
+    if (bit <= previous) return false;
+    previous = bit;
+  }
+  return !map.empty();
+}
+
 int channelPositionOfSpeaker(const std::string& name) {
   static const std::map<std::string, int> kPositions = {
-      {"mono", SF_CHANNEL_MAP_MONO},
       {"left", SF_CHANNEL_MAP_LEFT},
       {"right", SF_CHANNEL_MAP_RIGHT},
       {"center", SF_CHANNEL_MAP_CENTER},
-      {"front left", SF_CHANNEL_MAP_FRONT_LEFT},
-      {"front right", SF_CHANNEL_MAP_FRONT_RIGHT},
-      {"front center", SF_CHANNEL_MAP_FRONT_CENTER},
+      {"front left", SF_CHANNEL_MAP_LEFT},
+      {"front right", SF_CHANNEL_MAP_RIGHT},
+      {"front center", SF_CHANNEL_MAP_CENTER},
       {"lfe", SF_CHANNEL_MAP_LFE},
       {"back left", SF_CHANNEL_MAP_REAR_LEFT},
       {"back right", SF_CHANNEL_MAP_REAR_RIGHT},

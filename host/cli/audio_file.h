@@ -47,6 +47,19 @@ struct OutputFormat {
 int chooseOutputFormat(const std::string& path, const std::string& formatName,
                        const std::string& sampleType, int channels, int sampleRate);
 
+// The output format of a render. WAVE files get the extensible header with speaker positions only
+// when the speakers are standard positions in WAVE order (or the output is ambisonic); other
+// containers keep the map as it is.
+OutputFormat makeOutputFormat(const std::string& path, const std::string& formatName,
+                              const std::string& sampleType, int channels, int sampleRate,
+                              const std::vector<int>& speakerMap, bool ambisonic);
+
+// The WAVE channel-mask bit of an SF_CHANNEL_MAP_* position, 0 for positions libsndfile does not
+// write to WAVE files.
+std::uint32_t waveSpeakerBit(int position);
+// True when every position has a WAVE bit and the bits rise strictly, as the mask requires.
+bool isWaveOrder(const std::vector<int>& map);
+
 class AudioWriter {
  public:
   AudioWriter(const std::string& path, int channels, int sampleRate, const OutputFormat& format);
@@ -68,7 +81,8 @@ class AudioWriter {
 };
 
 // SF_CHANNEL_MAP_* of a speaker name ("front left", "LFE", "side right", "left height", ...);
-// SF_CHANNEL_MAP_INVALID when the name is not a standard position.
+// SF_CHANNEL_MAP_INVALID when the name is not a standard position. The front speakers are LEFT,
+// RIGHT and CENTER: the only front positions libsndfile can put in a WAVE mask.
 int channelPositionOfSpeaker(const std::string& name);
 // A map for all names, or empty when one is not standard or two share a position.
 std::vector<int> channelMapOfSpeakers(const std::vector<std::string>& names);

@@ -31,7 +31,7 @@ double sourceSample(int source, std::int64_t frame, std::uint32_t& noise) {
 void writeScene(const std::string& path, double seconds) {
   const auto frames = static_cast<std::int64_t>(seconds * kDemoSampleRate);
   OutputFormat format;
-  format.sndfileFormat = SF_FORMAT_WAVEX | SF_FORMAT_FLOAT;
+  format.sndfileFormat = SF_FORMAT_WAV | SF_FORMAT_FLOAT;  // sources, not speakers: no mask
   AudioWriter writer(path, kDemoSources, kDemoSampleRate, format);
   std::vector<double> block;
   std::uint32_t noise = 1u;
@@ -49,7 +49,7 @@ void writeScene(const std::string& path, double seconds) {
 void writeMoves(const std::string& path, double seconds) {
   std::ofstream out(path);
   out << "time,parameter,value\n";
-  for (double t = 0.0; t <= seconds; t += 0.25) {
+  for (double t = 0.0; t < seconds; t += 0.25) {
     const double angle = 2.0 * std::numbers::pi * t / seconds;
     char line[128];
     std::snprintf(line, sizeof(line), "%.2f,in 1 X,%.4f\n%.2f,in 1 Y,%.4f\n", t,

@@ -120,13 +120,10 @@ void noteChannelMismatch(const PluginInstance& instance, int fileChannels, std::
 
 OutputFormat outputFormatFor(const RenderOptions& options, PluginInstance& instance, int sampleRate,
                              std::vector<std::string>& names) {
-  OutputFormat format;
-  format.sndfileFormat = chooseOutputFormat(options.outputPath, options.format, options.sampleType,
-                                            instance.outputCount(), sampleRate);
   names = outputChannelNames(instance);
-  if (!options.ambisonic) format.channelMap = channelMapOfSpeakers(names);
-  format.ambisonic = options.ambisonic;
-  return format;
+  return makeOutputFormat(options.outputPath, options.format, options.sampleType,
+                          instance.outputCount(), sampleRate, channelMapOfSpeakers(names),
+                          options.ambisonic);
 }
 
 }  // namespace

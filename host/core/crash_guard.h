@@ -7,8 +7,9 @@
 void installCrashReporter();
 
 // Marks a call into a plug-in for the lifetime of the object. Nested calls (a plug-in calling the
-// host, which calls the plug-in again) restore the outer call when they end. Both strings must
-// outlive the object. [the thread that calls the plug-in]
+// host, which calls the plug-in again) restore the outer call when they end; null strings mark
+// host code running inside a plug-in call. Both strings must outlive the object. [the thread that
+// calls the plug-in]
 class PluginCall {
  public:
   PluginCall(const char* pluginPath, const char* callName);

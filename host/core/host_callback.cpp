@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 
+#include "host/core/crash_guard.h"
 #include "host/core/plugin_instance.h"
 #include "host/services/host_functions.h"
 #include "platform/host_functions.h"
@@ -72,6 +73,7 @@ VstIntPtr answerHostRequest(std::int32_t opcode, std::int32_t index, VstIntPtr /
 
 VstIntPtr hostCallbackEntry(AEffect* effect, std::int32_t opcode, std::int32_t index,
                             VstIntPtr value, void* ptr, float opt) {
+  const PluginCall hostSide(nullptr, nullptr);  // a fault in here is the host's, not the plug-in's
   if (PluginInstance* instance = instanceFor(effect)) {
     return instance->answer(opcode, index, value, ptr, opt);
   }

@@ -155,8 +155,9 @@ void PluginInstance::start() {
   dispatch("effMainsChanged", effMainsChanged, 0, 1);
   dispatch("effStartProcess", effStartProcess);
   running_ = true;
-  refreshChannelCounts();
-  idle();
+  // Some plug-ins settle their channel counts and gains at the start of a block; an empty block
+  // lets them do so before the first sample counts.
+  process(0);
 }
 
 void PluginInstance::stop() {
@@ -175,7 +176,10 @@ void PluginInstance::process(int frames) {
     processFloat(frames);
   }
   inProcess_ = false;
-  if (countsChanged_) refreshChannelCounts();
+  // Plug-ins may publish new counts in the block itself, without telling the host.
+  if (countsChanged_ || effect_->numInputs != inputCount_ || effect_->numOutputs != outputCount_) {
+    refreshChannelCounts();
+  }
   idle();
 }
 
@@ -209,6 +213,7 @@ void PluginInstance::idle() {
 }
 
 void PluginInstance::refreshChannelCounts() {
+  if (effect_ == nullptr) return;  // the entry point reports counts before it hands the effect
   countsChanged_ = false;
   inputCount_ = std::clamp(effect_->numInputs, 0, kMaxChannels);
   outputCount_ = std::clamp(effect_->numOutputs, 0, kMaxChannels);

@@ -72,13 +72,15 @@ class PluginInstance {
   std::vector<unsigned char> chunk();
   void setChunk(const std::vector<unsigned char>& bytes);
 
-  // effOpen, sample rate, block size, precision; then switched on and started.
+  // effOpen, sample rate, block size, precision; then switched on and started, and given an
+  // empty block so that counts and gains are settled before the first sample.
   void start();
   void stop();
   bool running() const { return running_; }
 
-  // [render thread] Processes `frames` (1..blockSize) samples from the input buffers into the
-  // output buffers, then gives the plug-in its idle call when it asked for one.
+  // [render thread] Processes `frames` (0..blockSize) samples from the input buffers into the
+  // output buffers, re-reads the channel counts, then gives the plug-in its idle call when it
+  // asked for one.
   void process(int frames);
   double* inputBuffer(int channel) { return inputs_[channel].data(); }
   const double* outputBuffer(int channel) const { return outputs_[channel].data(); }

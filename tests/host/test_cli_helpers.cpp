@@ -40,9 +40,7 @@ TEST(ParameterSetting, SplitsAtTheLastEqualsAndChecksTheValue) {
 
 TEST(OutputFormat, ContainerFromExtensionOrNameAndSampleType) {
   EXPECT_EQ(chooseOutputFormat("out.wav", "", "", 2, 48000), SF_FORMAT_WAV | SF_FORMAT_FLOAT);
-  // More than two channels need the extensible header for speaker positions.
-  EXPECT_EQ(chooseOutputFormat("out.WAV", "", "pcm24", 6, 48000),
-            SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
+  EXPECT_EQ(chooseOutputFormat("out.WAV", "", "pcm24", 6, 48000), SF_FORMAT_WAV | SF_FORMAT_PCM_24);
   EXPECT_EQ(chooseOutputFormat("out.flac", "", "", 2, 44100), SF_FORMAT_FLAC | SF_FORMAT_PCM_24);
   EXPECT_EQ(chooseOutputFormat("out.bin", "w64", "double", 8, 96000),
             SF_FORMAT_W64 | SF_FORMAT_DOUBLE);
@@ -60,11 +58,11 @@ TEST(OutputFormat, ContainerFromExtensionOrNameAndSampleType) {
 }
 
 TEST(ChannelMap, StandardSpeakerNamesGivePositions) {
-  EXPECT_EQ(channelMapOfSpeakers(
-                {"front left", "front right", "front center", "LFE", "back left", "back right"}),
-            (std::vector<int>{SF_CHANNEL_MAP_FRONT_LEFT, SF_CHANNEL_MAP_FRONT_RIGHT,
-                              SF_CHANNEL_MAP_FRONT_CENTER, SF_CHANNEL_MAP_LFE,
-                              SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT}));
+  EXPECT_EQ(
+      channelMapOfSpeakers(
+          {"front left", "front right", "front center", "LFE", "back left", "back right"}),
+      (std::vector<int>{SF_CHANNEL_MAP_LEFT, SF_CHANNEL_MAP_RIGHT, SF_CHANNEL_MAP_CENTER,
+                        SF_CHANNEL_MAP_LFE, SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT}));
   EXPECT_EQ(channelMapOfSpeakers({"left", "right"}),
             (std::vector<int>{SF_CHANNEL_MAP_LEFT, SF_CHANNEL_MAP_RIGHT}));
   EXPECT_EQ(channelPositionOfSpeaker("left height"), SF_CHANNEL_MAP_TOP_FRONT_LEFT);
@@ -72,6 +70,36 @@ TEST(ChannelMap, StandardSpeakerNamesGivePositions) {
   // A user setup's names, or two speakers at one position, give no map.
   EXPECT_TRUE(channelMapOfSpeakers({"speaker A", "speaker B"}).empty());
   EXPECT_TRUE(channelMapOfSpeakers({"left height", "front left height"}).empty());
+  EXPECT_TRUE(channelMapOfSpeakers({"left", "front left"}).empty());
+}
+
+TEST(ChannelMap, WaveFilesGetPositionsOnlyInMaskOrder) {
+  const auto map = [](std::initializer_list<const char*> names) {
+    return channelMapOfSpeakers(std::vector<std::string>(names.begin(), names.end()));
+  };
+  // 5.1 and the ITU-R 5.1 with side speakers are in mask order; 7.1 lists sides before backs.
+  const auto surround =
+      map({"front left", "front right", "front center", "LFE", "back left", "back right"});
+  const auto itu =
+      map({"front left", "front right", "front center", "LFE", "side left", "side right"});
+  const auto surround71 = map({"front left", "front right", "front center", "LFE", "side left",
+                               "side right", "back left", "back right"});
+  EXPECT_TRUE(isWaveOrder(surround));
+  EXPECT_TRUE(isWaveOrder(itu));
+  EXPECT_FALSE(isWaveOrder(surround71));
+  EXPECT_FALSE(isWaveOrder({}));
+  const OutputFormat wave = makeOutputFormat("o.wav", "", "", 6, 48000, itu, false);
+  EXPECT_EQ(wave.sndfileFormat, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT);
+  EXPECT_EQ(wave.channelMap, itu);
+  // libsndfile would give an unlabelled 8-channel extensible file a guessed mask: plain WAVE.
+  const OutputFormat plain = makeOutputFormat("o.wav", "", "", 8, 48000, surround71, false);
+  EXPECT_EQ(plain.sndfileFormat, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+  EXPECT_TRUE(plain.channelMap.empty());
+  const OutputFormat ambisonic = makeOutputFormat("o.wav", "", "pcm24", 4, 48000, {}, true);
+  EXPECT_EQ(ambisonic.sndfileFormat, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
+  EXPECT_TRUE(ambisonic.ambisonic);
+  const OutputFormat other = makeOutputFormat("o.w64", "", "", 8, 48000, surround71, false);
+  EXPECT_EQ(other.sndfileFormat, SF_FORMAT_W64 | SF_FORMAT_FLOAT);
 }
 
 TEST(LevelMeter, PeakAndRmsInDbfs) {

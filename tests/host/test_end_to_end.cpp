@@ -100,7 +100,7 @@ TEST_F(EndToEnd, RenderKeepsLengthAndAppliesTheParameters) {
   EXPECT_EQ(out.info.channels, 3);
   EXPECT_EQ(out.info.frames, 62401);
   EXPECT_EQ(out.info.sampleRate, 48000);
-  EXPECT_EQ(out.format, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT);
+  EXPECT_EQ(out.format, SF_FORMAT_WAV | SF_FORMAT_FLOAT);  // outputs without known positions
   for (std::int64_t f = 0; f < out.info.frames; f += 997) {
     for (int c = 0; c < 3; ++c) ASSERT_NEAR(out.at(f, c), 0.5 * in.at(f, c), 1e-7) << f;
   }
@@ -147,7 +147,7 @@ TEST_F(EndToEnd, StateBlocksLoadAndSaveAsBytes) {
   EXPECT_NE(report.find("gain=0.125000\n"), std::string::npos) << report;
   EXPECT_NE(report.find("bound_names=335\n"), std::string::npos) << report;
   EXPECT_NE(report.find("track_channels=1\n"), std::string::npos) << report;  // the file's
-  EXPECT_NE(report.find("process_calls=1\n"), std::string::npos) << report;
+  EXPECT_NE(report.find("process_calls=2\n"), std::string::npos) << report;   // empty block first
 }
 
 TEST_F(EndToEnd, RendersAFileMadeBySox) {

@@ -101,8 +101,8 @@ TEST_F(ProbeHost, ProcessesInDoublePrecisionAndIdlesAfterEachBlock) {
   EXPECT_DOUBLE_EQ(instance.outputBuffer(1)[9], 0.45);
   EXPECT_DOUBLE_EQ(instance.outputBuffer(0)[9], 0.0);
   const auto report = reportOf(instance);
-  EXPECT_EQ(report.at("process_calls"), "2");
-  EXPECT_EQ(report.at("idle_calls"), "3");  // after start and after each block
+  EXPECT_EQ(report.at("process_calls"), "3");  // the empty block of start, then two
+  EXPECT_EQ(report.at("idle_calls"), "3");     // after every block
 }
 
 TEST_F(ProbeHost, RecordsEditsAsAutomationEventsAtTheRenderPosition) {
