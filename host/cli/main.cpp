@@ -78,7 +78,7 @@ int dispatchCommand(const CLI::App& app, const RenderOptions& render, const Info
   if (app.got_subcommand("info")) return runInfo(info, std::cout);
   if (app.got_subcommand("bench")) return runBench(bench, std::cout);
   if (app.got_subcommand("demo")) return runDemo(demo, std::cout, std::cerr);
-  return runScene(scene, std::cin, std::cout);
+  return runScene(scene, std::cin, std::cout, std::cerr);
 }
 
 int run(int argc, char** argv) {

@@ -46,9 +46,16 @@ void addSceneCommand(CLI::App& app, SceneOptions& options) {
   }
 }
 
-int runScene(const SceneOptions& options, std::istream& in, std::ostream& out) {
+int runScene(const SceneOptions& options, std::istream& in, std::ostream& out,
+             std::ostream& notes) {
   if (!options.exportPath.empty()) {
-    writeResult(options.outputPath, exportScene(readBinaryFile(options.exportPath)), out);
+    const std::vector<unsigned char> block = readBinaryFile(options.exportPath);
+    writeResult(options.outputPath, exportScene(block), out);
+    if (!isCanonicalStateBlock(block)) {
+      notes << "note: " << options.exportPath
+            << " is not a block as the plug-in writes it (an older version, cut off, or values "
+               "out of range); the scene holds what the plug-in loads from it\n";
+    }
     return 0;
   }
   const std::vector<unsigned char> block =

@@ -13,4 +13,5 @@ struct SceneOptions {
 };
 
 void addSceneCommand(CLI::App& app, SceneOptions& options);
-int runScene(const SceneOptions& options, std::istream& in, std::ostream& out);
+// `notes` tells when an exported block is not one the plug-in wrote.
+int runScene(const SceneOptions& options, std::istream& in, std::ostream& out, std::ostream& notes);

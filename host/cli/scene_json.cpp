@@ -393,6 +393,15 @@ std::string exportScene(const std::vector<unsigned char>& stateBlock) {
   return sceneToJson(plugin).dump(2) + "\n";
 }
 
+bool isCanonicalStateBlock(const std::vector<unsigned char>& stateBlock) {
+  PannerPlugin plugin;
+  readStateChunk(plugin, stateBlock.data(), static_cast<std::int32_t>(stateBlock.size()));
+  void* data = nullptr;
+  const std::int32_t length = writeStateChunk(plugin, &data);
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  return std::equal(stateBlock.begin(), stateBlock.end(), bytes, bytes + length);
+}
+
 std::vector<unsigned char> importScene(const std::string& jsonText, const std::string& sourceName) {
   Json scene;
   try {

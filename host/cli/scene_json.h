@@ -18,5 +18,9 @@ void sceneFromJson(const nlohmann::json& scene, PannerPlugin& plugin);
 
 // State block bytes -> JSON text (two-space indentation, ends with a newline).
 std::string exportScene(const std::vector<unsigned char>& stateBlock);
+// Whether the plug-in would write these very bytes back. Blocks of older versions, cut-off blocks
+// and blocks with values out of range load leniently, so their scene is what the plug-in makes of
+// them, not a copy.
+bool isCanonicalStateBlock(const std::vector<unsigned char>& stateBlock);
 // JSON text -> state block bytes; `sourceName` prefixes syntax errors.
 std::vector<unsigned char> importScene(const std::string& jsonText, const std::string& sourceName);

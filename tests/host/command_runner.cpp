@@ -38,6 +38,7 @@ CommandResult runCommand(const std::vector<std::string>& argv, const std::string
     redirect(errPattern, STDERR_FILENO, O_WRONLY | O_TRUNC);
     redirect(stdinPath.empty() ? "/dev/null" : stdinPath, STDIN_FILENO, O_RDONLY);
     std::vector<char*> args;
+    args.reserve(argv.size() + 1);
     for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
     args.push_back(nullptr);
     execv(args[0], args.data());

@@ -85,7 +85,7 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
     case kAnnounceCounts:
       probe.effect.numParams = kParameterCount;
       return call(probe, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyChannelCounts,
-                  reinterpret_cast<void*>(value));
+                  reinterpret_cast<void*>(value));  // NOLINT(performance-no-int-to-ptr)
     case kCallWindowLayer:
       if (boundLstrcpyn == nullptr || ptr == nullptr) return 0;
       boundLstrcpyn(static_cast<char*>(ptr), "window layer", 7);
@@ -178,7 +178,7 @@ void processAccumulating(AEffect*, float**, float**, std::int32_t) {}
 
 template <typename Fn>
 Fn lookup(audioMasterCallback host, const char* name) {
-  return reinterpret_cast<Fn>(
+  return reinterpret_cast<Fn>(  // NOLINT(performance-no-int-to-ptr): addresses come as integers
       host(nullptr, kHostExtensionOpcode, kHostFunctionLookupIndex, 0, const_cast<char*>(name), 0));
 }
 

@@ -289,6 +289,7 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   std::ofstream(path("state.bin"), std::ios::binary) << block;
   const CommandResult exported = spatiola({"scene", "export", path("state.bin")});
   ASSERT_EQ(exported.exitCode, 0) << exported.err;
+  EXPECT_EQ(exported.err, "");
   EXPECT_EQ(nlohmann::json::parse(exported.out)["speakers"][2]["name"], "front center");
   std::ofstream(path("scene.json")) << exported.out;
   const CommandResult imported = spatiola({"scene", "import", path("scene.json")});
@@ -300,6 +301,10 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   std::ifstream again(path("again.bin"), std::ios::binary);
   EXPECT_EQ(std::string((std::istreambuf_iterator<char>(again)), std::istreambuf_iterator<char>()),
             block);
+  std::ofstream(path("cut.bin"), std::ios::binary) << block.substr(0, 40);
+  const CommandResult cut = spatiola({"scene", "export", path("cut.bin")});
+  EXPECT_EQ(cut.exitCode, 0);
+  EXPECT_NE(cut.err.find("is not a block as the plug-in writes it"), std::string::npos) << cut.err;
   std::ofstream(path("bad.json")) << R"({"inputs": [{}, {"gain": 7.5}]})";
   const CommandResult bad = spatiola({"scene", "import", path("bad.json")});
   EXPECT_EQ(bad.exitCode, 1);

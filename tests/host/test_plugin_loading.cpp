@@ -157,8 +157,8 @@ TEST_F(ProbeHost, CallbackAnswersTheStandardRequests) {
   EXPECT_EQ(instance.answer(audioMasterCanDo, 0, 0, acceptIo, 0), 1);
   EXPECT_EQ(instance.answer(audioMasterCanDo, 0, 0, sendEvents, 0), 0);
   instance.setSamplePosition(88200);
-  const auto* time =
-      reinterpret_cast<const VstTimeInfo*>(instance.answer(audioMasterGetTime, 0, 0, nullptr, 0));
+  const auto* time = reinterpret_cast<const VstTimeInfo*>(  // NOLINT(performance-no-int-to-ptr)
+      instance.answer(audioMasterGetTime, 0, 0, nullptr, 0));
   ASSERT_NE(time, nullptr);
   EXPECT_DOUBLE_EQ(time->samplePos, 88200.0);
   EXPECT_DOUBLE_EQ(time->sampleRate, 44100.0);
