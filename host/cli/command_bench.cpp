@@ -57,9 +57,12 @@ double runOnce(PluginInstance& instance, const BenchOptions& options, std::int64
 
 void checkShape(const BenchOptions& options) {
   if (options.inputs < 1 || options.inputs > 64) throw HostError("--inputs must be 1..64");
-  if (options.outputs < 0 || options.outputs > 64) throw HostError("--outputs must be 1..64");
-  if (options.blockSize < 1 || options.blockSize > 65536)
+  if (options.outputs < 0 || options.outputs > 64) {
+    throw HostError("--outputs must be 1..64 (a user setup of that many speakers)");
+  }
+  if (options.blockSize < 1 || options.blockSize > 65536) {
     throw HostError("--block must be 1..65536");
+  }
   if (!(options.seconds > 0.0)) throw HostError("--seconds must be positive");
   if (options.repeats < 1) throw HostError("--repeat must be at least 1");
 }
@@ -76,6 +79,10 @@ int runBench(const BenchOptions& options, std::ostream& out) {
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
   PluginInstance& instance = *plugin.instance;
   PluginOptions setup = options.plugin;
+  if (options.outputs > 0 && !isSpatiola(instance.effect())) {
+    throw HostError("--outputs applies to Spatiola only; " + instance.module().path() +
+                    " has its own output count (" + std::to_string(instance.outputCount()) + ")");
+  }
   if (options.outputs > 0 && setup.layout.empty()) setup.layout = std::to_string(options.outputs);
   configurePlugin(instance, setup);
   instance.start();

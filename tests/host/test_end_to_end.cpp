@@ -228,6 +228,10 @@ TEST_F(EndToEnd, BenchReportsRealTimeFactorAndBlockCost) {
   EXPECT_NE(run.out.find("real time   x"), std::string::npos) << run.out;
   EXPECT_NE(run.out.find("(median of 3 runs)"), std::string::npos) << run.out;
   EXPECT_NE(run.out.find("per block   "), std::string::npos) << run.out;
+  const CommandResult speakers = spatiola({"bench", "--plugin", kProbe, "--outputs", "8"});
+  EXPECT_EQ(speakers.exitCode, 1);
+  EXPECT_NE(speakers.err.find("--outputs applies to Spatiola only"), std::string::npos)
+      << speakers.err;
 }
 
 TEST_F(EndToEnd, ACrashingPluginIsNamedWithItsCall) {
