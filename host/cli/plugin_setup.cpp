@@ -74,7 +74,12 @@ int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex) {
 }
 
 void configurePlugin(PluginInstance& instance, const PluginOptions& options) {
-  if (!options.statePath.empty()) instance.setChunk(readBinaryFile(options.statePath));
+  if (!options.statePath.empty()) {
+    instance.setChunk(readBinaryFile(options.statePath));
+  } else if (isSpatiola(instance.effect()) &&
+             instance.inputCount() != instance.config().trackChannels) {
+    setSpatiolaInputCount(instance, instance.config().trackChannels);
+  }
   if (!options.layout.empty()) applySpatiolaLayout(instance, options.layout);
   for (const std::string& text : options.sets) {
     const ParameterSetting setting = parseParameterSetting(text);

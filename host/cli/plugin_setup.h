@@ -33,6 +33,8 @@ std::string defaultPluginPath();
 LoadedPlugin loadPlugin(const std::string& path, const HostConfig& config);
 
 // Applies --state, --layout and --set in that order, then gives the plug-in an idle call.
+// Without --state, Spatiola gets one input per track channel also beyond the 63 the host's
+// channel-count query can announce.
 void configurePlugin(PluginInstance& instance, const PluginOptions& options);
 
 // "NAME=VALUE" split at the last '='; throws HostError for a missing '=' or a value outside 0..1.

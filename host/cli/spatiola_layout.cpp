@@ -46,6 +46,20 @@ void relayout(PannerPlugin& model, const std::string& layout) {
                   presetList());
 }
 
+// Reads the plug-in's state block into a model, changes it there and loads it back, so that
+// everything the change does not touch is kept.
+template <typename Change>
+void reshape(PluginInstance& instance, Change change) {
+  const std::vector<unsigned char> current = instance.chunk();
+  PannerPlugin model;
+  readStateChunk(model, current.data(), static_cast<std::int32_t>(current.size()));
+  change(model);
+  void* data = nullptr;
+  const std::int32_t length = writeStateChunk(model, &data);
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  instance.setChunk(std::vector<unsigned char>(bytes, bytes + length));
+}
+
 }  // namespace
 
 void applySpatiolaLayout(PluginInstance& instance, const std::string& layout) {
@@ -53,12 +67,12 @@ void applySpatiolaLayout(PluginInstance& instance, const std::string& layout) {
     throw HostError("--layout applies to Spatiola only; " + instance.module().path() +
                     " is another plug-in");
   }
-  const std::vector<unsigned char> current = instance.chunk();
-  PannerPlugin model;
-  readStateChunk(model, current.data(), static_cast<std::int32_t>(current.size()));
-  relayout(model, layout);
-  void* data = nullptr;
-  const std::int32_t length = writeStateChunk(model, &data);
-  const auto* bytes = static_cast<const unsigned char*>(data);
-  instance.setChunk(std::vector<unsigned char>(bytes, bytes + length));
+  reshape(instance, [&layout](PannerPlugin& model) { relayout(model, layout); });
+}
+
+void setSpatiolaInputCount(PluginInstance& instance, int inputs) {
+  if (inputs < 1 || inputs > kMaxInputs) {
+    throw HostError("Spatiola takes 1 to 64 inputs, not " + std::to_string(inputs));
+  }
+  reshape(instance, [inputs](PannerPlugin& model) { setInputCount(model, inputs); });
 }

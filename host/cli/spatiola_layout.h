@@ -9,3 +9,7 @@ class PluginInstance;
 
 // Throws HostError for other plug-ins, unknown names and counts outside 1..64.
 void applySpatiolaLayout(PluginInstance& instance, const std::string& layout);
+
+// The same way, n inputs (1..64): for tracks wider than the 63 channels the plug-in takes from
+// the host's query. Existing inputs keep their settings.
+void setSpatiolaInputCount(PluginInstance& instance, int inputs);

@@ -153,6 +153,19 @@ TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {
       << bad.err;
 }
 
+TEST_F(SpatiolaRender, SixtyFourChannelFilesGetAnInputEach) {
+  std::vector<double> levels(64, 0.0);
+  levels[63] = 0.5;  // only the last channel, beyond what the channel-count query can announce
+  writeLevels(path("in.wav"), levels, 1000);
+  const CommandResult run = spatiola({"render", "--layout", "5.1 surround", "--set", "in 64 X=0",
+                                      "--set", "in 64 Y=1", path("in.wav"), path("out.wav")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.err.find("not used"), std::string::npos) << run.err;
+  const Rendered out = readRendered(path("out.wav"));
+  ASSERT_EQ(out.channels, 6);
+  EXPECT_GT(std::fabs(out.at(999, 0)), 0.1);  // moved onto the front left speaker
+}
+
 TEST_F(SpatiolaRender, AutomationMovesASourceAcrossTheRoom) {
   writeLevels(path("in.wav"), {0.5}, 9600);
   std::ofstream(path("moves.csv")) << "0,in 1 X,0\n0.1,in 1 X,1\n";
