@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <numbers>
 #include <vector>
@@ -60,6 +61,11 @@ void writeMoves(const std::string& path, double seconds) {
   if (!out.flush()) throw HostError("cannot write " + path);
 }
 
+std::string absolute(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::absolute(path, ignored).lexically_normal().string();
+}
+
 }  // namespace
 
 int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes) {
@@ -80,10 +86,10 @@ int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes) 
   const RenderResult result = renderFile(render, notes);
   out << "Four sources (220 Hz pulsing and moving round the room, 330 Hz front right, noise back "
          "left, 495 Hz back right)\n"
-      << "  scene:      " << render.inputPath << "\n"
-      << "  automation: " << render.automationPath << "\n"
-      << "  result:     " << render.outputPath << " (" << result.outputChannels << " channels, "
-      << result.frames << " samples at " << result.sampleRate << " Hz)\n\n";
+      << "  scene:      " << absolute(render.inputPath) << "\n"
+      << "  automation: " << absolute(render.automationPath) << "\n"
+      << "  result:     " << absolute(render.outputPath) << " (" << result.outputChannels
+      << " channels, " << result.frames << " samples at " << result.sampleRate << " Hz)\n\n";
   printLevelTable(out, result.levels, result.channelNames);
   return 0;
 }
