@@ -99,6 +99,26 @@ PLASK_SIGNATURE(TrackPopupMenu, int (*)(HMENU, int, int, int, int, HWND, const R
 // Files, utilities.
 PLASK_SIGNATURE(GetModuleFileName, DWORD (*)(HINSTANCE, char*, DWORD))
 PLASK_SIGNATURE(lstrcpyn, char* (*)(char*, const char*, int))
+PLASK_SIGNATURE(MulDiv, int (*)(int, int, int))
+PLASK_SIGNATURE(GetTickCount, DWORD (*)())
+PLASK_SIGNATURE(Sleep, void (*)(DWORD))
+PLASK_SIGNATURE(WinIntersectRect, BOOL (*)(RECT*, const RECT*, const RECT*))
+PLASK_SIGNATURE(WinOffsetRect, void (*)(RECT*, int, int))
+PLASK_SIGNATURE(WinSetRect, void (*)(RECT*, int, int, int, int))
+PLASK_SIGNATURE(WinUnionRect, void (*)(RECT*, const RECT*, const RECT*))
+// Profile files: (section, key, ..., file). Win32 semantics: a null key lists or deletes a whole
+// section, a null value deletes a key; structs are stored as hex with a trailing checksum byte.
+PLASK_SIGNATURE(GetPrivateProfileInt, UINT (*)(const char*, const char*, int, const char*))
+PLASK_SIGNATURE(GetPrivateProfileString,
+                DWORD (*)(const char*, const char*, const char*, char*, DWORD, const char*))
+PLASK_SIGNATURE(GetPrivateProfileSection, DWORD (*)(const char*, char*, DWORD, const char*))
+PLASK_SIGNATURE(GetPrivateProfileStruct,
+                BOOL (*)(const char*, const char*, void*, UINT, const char*))
+PLASK_SIGNATURE(WritePrivateProfileString,
+                BOOL (*)(const char*, const char*, const char*, const char*))
+PLASK_SIGNATURE(WritePrivateProfileSection, BOOL (*)(const char*, const char*, const char*))
+PLASK_SIGNATURE(WritePrivateProfileStruct,
+                BOOL (*)(const char*, const char*, const void*, UINT, const char*))
 // The layer's own functions.
 PLASK_SIGNATURE(PLASK_CreateDialog, HWND (*)(PlaskDialogResource*, int, HWND, DLGPROC, LPARAM))
 PLASK_SIGNATURE(PLASK_GenerateDialogFromList, void (*)(const void*, int))

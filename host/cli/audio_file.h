@@ -1,0 +1,88 @@
+// Audio files through libsndfile: any format it reads, written in a format chosen by extension or
+// name, with speaker positions where the layout is known.
+#pragma once
+
+#include <sndfile.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+constexpr int kMaxFileChannels = 64;
+
+struct AudioFileInfo {
+  int channels = 0;
+  int sampleRate = 0;
+  std::int64_t frames = 0;
+};
+
+class AudioReader {
+ public:
+  // Throws HostError naming the file when libsndfile cannot read it.
+  explicit AudioReader(const std::string& path);
+  ~AudioReader();
+  AudioReader(const AudioReader&) = delete;
+  AudioReader& operator=(const AudioReader&) = delete;
+
+  const AudioFileInfo& info() const { return info_; }
+  // Interleaved frames into `out`; the number read (0 at the end).
+  std::int64_t read(double* out, std::int64_t frames);
+
+ private:
+  std::string path_;
+  SNDFILE* file_ = nullptr;
+  AudioFileInfo info_;
+};
+
+struct OutputFormat {
+  int sndfileFormat = 0;        // container | sample type
+  std::vector<int> channelMap;  // SF_CHANNEL_MAP_* per channel, empty when unknown
+  bool ambisonic = false;       // mark a WAVE file as ambisonic B-format
+};
+
+// The container from `formatName` ("wav", "w64", "rf64", "aiff", "flac", "caf", "ogg") or, when
+// it is empty, from the file's extension; the sample type from `sampleType` ("pcm16", "pcm24",
+// "pcm32", "float", "double"; empty: float, 24-bit for FLAC, Vorbis for OGG). Throws HostError
+// for unknown names and for combinations libsndfile cannot write.
+int chooseOutputFormat(const std::string& path, const std::string& formatName,
+                       const std::string& sampleType, int channels, int sampleRate);
+
+// The output format of a render. WAVE files get the extensible header with speaker positions only
+// when the speakers are standard positions in WAVE order (or the output is ambisonic); other
+// containers keep the map as it is.
+OutputFormat makeOutputFormat(const std::string& path, const std::string& formatName,
+                              const std::string& sampleType, int channels, int sampleRate,
+                              const std::vector<int>& speakerMap, bool ambisonic);
+
+// The WAVE channel-mask bit of an SF_CHANNEL_MAP_* position, 0 for positions libsndfile does not
+// write to WAVE files.
+std::uint32_t waveSpeakerBit(int position);
+// True when every position has a WAVE bit and the bits rise strictly, as the mask requires.
+bool isWaveOrder(const std::vector<int>& map);
+
+class AudioWriter {
+ public:
+  AudioWriter(const std::string& path, int channels, int sampleRate, const OutputFormat& format);
+  ~AudioWriter();
+  AudioWriter(const AudioWriter&) = delete;
+  AudioWriter& operator=(const AudioWriter&) = delete;
+
+  // Interleaved frames; throws HostError when the disk refuses them.
+  void write(const double* frames, std::int64_t count);
+  // Flushes and closes; throws when the file could not be completed.
+  void close();
+  // Whether the channel map was stored in the file.
+  bool channelMapWritten() const { return channelMapWritten_; }
+
+ private:
+  std::string path_;
+  SNDFILE* file_ = nullptr;
+  bool channelMapWritten_ = false;
+};
+
+// SF_CHANNEL_MAP_* of a speaker name ("front left", "LFE", "side right", "left height", ...);
+// SF_CHANNEL_MAP_INVALID when the name is not a standard position. The front speakers are LEFT,
+// RIGHT and CENTER: the only front positions libsndfile can put in a WAVE mask.
+int channelPositionOfSpeaker(const std::string& name);
+// A map for all names, or empty when one is not standard or two share a position.
+std::vector<int> channelMapOfSpeakers(const std::vector<std::string>& names);

@@ -1,0 +1,37 @@
+// The subcommands of the spatiola program. Each returns the exit status; errors the user can fix
+// are thrown as HostError and reported by main.
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "host/cli/plugin_setup.h"
+#include "host/cli/render.h"
+
+struct InfoOptions {
+  PluginOptions plugin;
+  int trackChannels = 2;
+  bool json = false;
+};
+int runInfo(const InfoOptions& options, std::ostream& out);
+
+struct BenchOptions {
+  PluginOptions plugin;
+  int inputs = 2;
+  int outputs = 0;  // Spatiola: a user setup of this many speakers; 0 keeps the default layout
+  int blockSize = 512;
+  double seconds = 10.0;
+  double sampleRate = 48000.0;
+  bool movingAutomation = false;
+  int repeats = 5;
+};
+int runBench(const BenchOptions& options, std::ostream& out);
+
+int runRender(const RenderOptions& options, std::ostream& out, std::ostream& notes);
+
+struct DemoOptions {
+  std::string pluginPath;
+  std::string directory = "spatiola-demo";
+  double seconds = 8.0;
+};
+int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes);

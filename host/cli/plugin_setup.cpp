@@ -1,0 +1,122 @@
+#include "host/cli/plugin_setup.h"
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "host/cli/spatiola_layout.h"
+#include "host/core/host_error.h"
+
+namespace {
+
+constexpr std::int32_t kSpatiolaId = fourCharCode('p', 'k', 'o', 'w');
+constexpr int kGlobalParameters = 4;
+constexpr int kParametersPerInput = 10;
+constexpr int kParametersPerSpeaker = 7;
+
+bool isIndex(const std::string& text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+std::string executableDirectory() {
+  char path[4096];
+  const ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
+  if (length <= 0) return ".";
+  const std::string executable(path, static_cast<std::size_t>(length));
+  return executable.substr(0, executable.find_last_of('/'));
+}
+
+}  // namespace
+
+std::string defaultPluginPath() {
+  return executableDirectory() + "/spatiola.so";
+}
+
+LoadedPlugin loadPlugin(const std::string& path, const HostConfig& config) {
+  LoadedPlugin loaded;
+  loaded.module = std::make_unique<PluginModule>(path.empty() ? defaultPluginPath() : path);
+  loaded.instance = std::make_unique<PluginInstance>(*loaded.module, config);
+  return loaded;
+}
+
+ParameterSetting parseParameterSetting(const std::string& text) {
+  const auto equals = text.find_last_of('=');
+  if (equals == std::string::npos || equals == 0) {
+    throw HostError("--set '" + text + "' must be NAME=VALUE");
+  }
+  const std::string valueText = text.substr(equals + 1);
+  char* end = nullptr;
+  const double value = std::strtod(valueText.c_str(), &end);
+  if (valueText.empty() || end != valueText.c_str() + valueText.size() || !std::isfinite(value)) {
+    throw HostError("--set '" + text + "': '" + valueText + "' is not a number");
+  }
+  if (value < 0.0 || value > 1.0) {
+    throw HostError("--set '" + text + "': " + valueText +
+                    " is outside 0..1 (values are normalised)");
+  }
+  return ParameterSetting{text.substr(0, equals), static_cast<float>(value)};
+}
+
+int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex) {
+  const int byName = instance.findParameter(nameOrIndex);
+  if (byName >= 0) return byName;
+  if (isIndex(nameOrIndex)) {
+    const long index = std::strtol(nameOrIndex.c_str(), nullptr, 10);
+    if (index < instance.parameterCount()) return static_cast<int>(index);
+    throw HostError("parameter index " + nameOrIndex + " is out of range: the plug-in has " +
+                    std::to_string(instance.parameterCount()) + " parameters");
+  }
+  throw HostError("the plug-in has no parameter named '" + nameOrIndex +
+                  "' (spatiola info lists them)");
+}
+
+void configurePlugin(PluginInstance& instance, const PluginOptions& options) {
+  if (!options.statePath.empty()) {
+    instance.setChunk(readBinaryFile(options.statePath));
+  } else if (isSpatiola(instance.effect()) &&
+             instance.inputCount() != instance.config().trackChannels) {
+    setSpatiolaInputCount(instance, instance.config().trackChannels);
+  }
+  if (!options.layout.empty()) applySpatiolaLayout(instance, options.layout);
+  for (const std::string& text : options.sets) {
+    const ParameterSetting setting = parseParameterSetting(text);
+    instance.setParameter(resolveParameter(instance, setting.parameter), setting.value);
+  }
+  instance.idle();
+}
+
+std::vector<unsigned char> readBinaryFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw HostError("cannot read " + path);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void writeBinaryFile(const std::string& path, const std::vector<unsigned char>& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+  if (!out.flush()) throw HostError("cannot write " + path);
+}
+
+bool isSpatiola(const AEffect& effect) {
+  return effect.uniqueID == kSpatiolaId;
+}
+
+std::vector<std::string> outputChannelNames(PluginInstance& instance) {
+  if (!isSpatiola(instance.effect())) return {};
+  std::vector<std::string> names;
+  const int first = kGlobalParameters + kParametersPerInput * instance.inputCount();
+  const std::string suffix = " gain";
+  for (int s = 0; s < instance.outputCount(); ++s) {
+    std::string name = instance.parameterName(first + kParametersPerSpeaker * s);
+    if (name.size() < suffix.size() ||
+        name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
+      return {};
+    }
+    names.push_back(name.substr(0, name.size() - suffix.size()));
+  }
+  return names;
+}

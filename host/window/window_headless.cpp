@@ -1,0 +1,5 @@
+#include "host/window/window_headless.h"
+
+std::intptr_t headlessWindowFunction() {
+  return 0;
+}

@@ -1,0 +1,250 @@
+// A tiny VST 2.x plug-in that the host tests load: it scales every input by 2 x "gain" (unity at
+// the default 0.5) and reports what the host offered it through its state block, a text of
+// key=value lines. Variants built from this file: crash (faults in effSetChunk), refusing (its
+// entry point returns null), legacy (exports only "main"), float (no double precision).
+#include <signal.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "platform/host_functions.h"
+#include "platform/plask_api.h"
+#include "platform/vst2.h"
+
+namespace {
+
+constexpr std::int32_t kProbeId = fourCharCode('p', 'r', 'b', 'e');
+constexpr int kParameterCount = 2;
+// effVendorSpecific indexes the tests use to make the probe call its host.
+constexpr std::int32_t kReportEdit = 1000;       // begin edit, automate, end edit of parameter 0
+constexpr std::int32_t kChangeOutputs = 1001;    // value: new output count, then IOChanged
+constexpr std::int32_t kAnnounceCounts = 1002;   // the extension's channel-count notification
+constexpr std::int32_t kCallWindowLayer = 1003;  // lstrcpyn through the bound table into ptr
+
+struct Probe {
+  AEffect effect{};
+  audioMasterCallback host = nullptr;
+  float gain = 0.5f;
+  float mode = 0.0f;
+  int trackChannels = 0;
+  int idleCalls = 0;
+  int processCalls = 0;
+  std::string iniFile;
+  double sliderAtTop = 0.0;
+  std::string chunk;
+};
+
+int boundNames = 0;
+int dllMainCalls = 0;
+char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
+
+Probe* probeOf(AEffect* effect) {
+  return effect == nullptr ? nullptr : static_cast<Probe*>(effect->object);
+}
+
+VstIntPtr call(Probe& probe, std::int32_t opcode, std::int32_t index = 0, VstIntPtr value = 0,
+               void* ptr = nullptr, float opt = 0.0f) {
+  return probe.host(&probe.effect, opcode, index, value, ptr, opt);
+}
+
+std::string report(const Probe& probe) {
+  char text[1024];
+  std::snprintf(text, sizeof(text),
+                "track_channels=%d\nbound_names=%d\ndll_main=%d\nini_file=%s\nslider_top_db=%.3f\n"
+                "idle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
+                probe.trackChannels, boundNames, dllMainCalls, probe.iniFile.c_str(),
+                probe.sliderAtTop, probe.idleCalls, probe.processCalls, probe.gain);
+  return text;
+}
+
+void setChunk(Probe& probe, const char* data, VstIntPtr length) {
+#ifdef PROBE_CRASH_IN_SETCHUNK
+  (void)probe;
+  (void)data;
+  (void)length;
+  raise(SIGSEGV);
+#else
+  const std::string text(data, static_cast<std::size_t>(length));
+  const auto at = text.find("gain=");
+  if (at != std::string::npos) probe.gain = std::strtof(text.c_str() + at + 5, nullptr);
+#endif
+}
+
+VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void* ptr) {
+  switch (index) {
+    case kReportEdit:
+      call(probe, audioMasterBeginEdit, 0);
+      call(probe, audioMasterAutomate, 0, 0, nullptr, 0.75f);
+      call(probe, audioMasterEndEdit, 0);
+      return 1;
+    case kChangeOutputs:
+      probe.effect.numOutputs = static_cast<std::int32_t>(value);
+      return call(probe, audioMasterIOChanged);
+    case kAnnounceCounts:
+      probe.effect.numParams = kParameterCount;
+      return call(probe, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyChannelCounts,
+                  reinterpret_cast<void*>(value));  // NOLINT(performance-no-int-to-ptr)
+    case kCallWindowLayer:
+      if (boundLstrcpyn == nullptr || ptr == nullptr) return 0;
+      boundLstrcpyn(static_cast<char*>(ptr), "window layer", 7);
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+void copyText(void* ptr, const char* text) {
+  if (ptr != nullptr) std::strcpy(static_cast<char*>(ptr), text);
+}
+
+VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
+                     void* ptr, float /*opt*/) {
+  Probe* probe = probeOf(effect);
+  if (probe == nullptr) return 0;
+  switch (opcode) {
+    case effOpen:
+      call(*probe, audioMasterNeedIdle);
+      return 0;
+    case effClose:
+      delete probe;
+      return 0;
+    case effGetParamName:
+      copyText(ptr, index == 0 ? "gain" : "mode, with comma");
+      return 0;
+    case effGetParamDisplay:
+      std::snprintf(static_cast<char*>(ptr), 9, "%.3f", index == 0 ? probe->gain : probe->mode);
+      return 1;
+    case effGetParamLabel:
+      copyText(ptr, index == 0 ? "x2" : "");
+      return 0;
+    case effGetEffectName:
+      copyText(ptr, "Probe");
+      return 1;
+    case effGetVendorString:
+      copyText(ptr, "Host Tests");
+      return 1;
+    case effGetProductString:
+      copyText(ptr, "Probe Plug-in");
+      return 1;
+    case effGetVendorVersion:
+      return 7;
+    case effGetVstVersion:
+      return 2400;
+    case effGetPlugCategory:
+      return kPlugCategEffect;
+    case effIdle:
+      ++probe->idleCalls;
+      return 1;
+    case effGetChunk:
+      probe->chunk = report(*probe);
+      *static_cast<void**>(ptr) = probe->chunk.data();
+      return static_cast<VstIntPtr>(probe->chunk.size());
+    case effSetChunk:
+      setChunk(*probe, static_cast<const char*>(ptr), value);
+      return 0;
+    case effVendorSpecific:
+      return vendorSpecific(*probe, index, value, ptr);
+    default:
+      return 0;
+  }
+}
+
+template <typename Sample>
+void scale(AEffect* effect, Sample** inputs, Sample** outputs, std::int32_t frames) {
+  Probe* probe = probeOf(effect);
+  if (probe == nullptr) return;
+  ++probe->processCalls;
+  const Sample factor = static_cast<Sample>(2.0f * probe->gain);
+  for (int c = 0; c < effect->numOutputs; ++c) {
+    for (int f = 0; f < frames; ++f) {
+      outputs[c][f] = c < effect->numInputs ? inputs[c][f] * factor : Sample(0);
+    }
+  }
+}
+
+void setParameter(AEffect* effect, std::int32_t index, float value) {
+  if (Probe* probe = probeOf(effect)) (index == 0 ? probe->gain : probe->mode) = value;
+}
+
+float getParameter(AEffect* effect, std::int32_t index) {
+  Probe* probe = probeOf(effect);
+  if (probe == nullptr) return 0.0f;
+  return index == 0 ? probe->gain : probe->mode;
+}
+
+void processAccumulating(AEffect*, float**, float**, std::int32_t) {}
+
+template <typename Fn>
+Fn lookup(audioMasterCallback host, const char* name) {
+  return reinterpret_cast<Fn>(  // NOLINT(performance-no-int-to-ptr): addresses come as integers
+      host(nullptr, kHostExtensionOpcode, kHostFunctionLookupIndex, 0, const_cast<char*>(name), 0));
+}
+
+AEffect* createProbe(audioMasterCallback host) {
+  auto* probe = new Probe;
+  probe->host = host;
+  if (const auto iniFile = lookup<get_ini_fileFn>(host, "get_ini_file")) probe->iniFile = iniFile();
+  if (const auto slider = lookup<SLIDER2DBFn>(host, "SLIDER2DB"))
+    probe->sliderAtTop = slider(1000.0);
+  probe->trackChannels =
+      static_cast<int>(host(nullptr, kHostExtensionOpcode, kHostChannelCountIndex,
+                            kHostChannelCountQueryValue, nullptr, 0));
+  const int channels = probe->trackChannels > 0 ? probe->trackChannels : 2;
+  AEffect& e = probe->effect;
+  e.magic = kEffectMagic;
+  e.dispatcher = dispatcher;
+  e.process = processAccumulating;
+  e.setParameter = setParameter;
+  e.getParameter = getParameter;
+  e.numPrograms = 1;
+  e.numParams = kParameterCount;
+  e.numInputs = channels;
+  e.numOutputs = channels;
+  e.flags = effFlagsCanReplacing | effFlagsProgramChunks;
+#ifndef PROBE_FLOAT_ONLY
+  e.flags |= effFlagsCanDoubleReplacing;
+  e.processDoubleReplacing = scale<double>;
+#endif
+  e.ioRatio = 1.0f;
+  e.object = probe;
+  e.uniqueID = kProbeId;
+  e.version = 3;
+  e.processReplacing = scale<float>;
+#ifdef PROBE_REFUSE
+  delete probe;  // asked the host everything, then declines
+  return nullptr;
+#else
+  return &e;
+#endif
+}
+
+}  // namespace
+
+#define PROBE_EXPORT extern "C" __attribute__((visibility("default")))
+
+PROBE_EXPORT int PLASK_dllMain(HINSTANCE /*module*/, int reason, PlaskGetter getter) {
+  if (reason != 1) return 1;
+  if (getter == nullptr) return 0;
+  boundNames = 0;
+  for (const char* name : kPlaskNames) boundNames += getter(name) != nullptr ? 1 : 0;
+  boundLstrcpyn = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn"));
+  return 1;
+}
+
+PROBE_EXPORT int DllMain(HINSTANCE /*module*/, int reason) {
+  if (reason == 1) ++dllMainCalls;
+  return 1;
+}
+
+#ifdef PROBE_LEGACY_MAIN
+PROBE_EXPORT AEffect* legacyEntry(audioMasterCallback host) __asm__("main");
+PROBE_EXPORT AEffect* legacyEntry(audioMasterCallback host) {
+  return createProbe(host);
+}
+#else
+PROBE_EXPORT AEffect* VSTPluginMain(audioMasterCallback host) {
+  return createProbe(host);
+}
+#endif
