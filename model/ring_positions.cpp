@@ -30,9 +30,11 @@ void ringSizes(int layers, int rest, double layerStep, int* perRing) {
       }
     }
   }
-  for (int j = layers; j >= 1 && total < rest; --j) {
-    ++perRing[j];
-    total += 2;
+  while (total < rest) {
+    for (int j = layers; j >= 1 && total < rest; --j) {
+      ++perRing[j];
+      total += 2;
+    }
   }
 }
 
