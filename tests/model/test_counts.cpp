@@ -105,12 +105,6 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
   EXPECT_EQ(plugin->gainCols, -1);
 }
 
-TEST(CountNotifications, NoCallbackNoCalls) {
-  auto plugin = makeInstance(2);  // no RecordingHost: hostCallback is null
-  setSpeakerCount(*plugin, 5);
-  EXPECT_EQ(plugin->speakerCount(), 5);
-}
-
 TEST(CountLimits, CountsAreClampedTo0Through64) {
   RecordingHost host;
   auto plugin = makeInstance(2);

@@ -20,16 +20,6 @@ TEST(GrowableArray, NewElementsAreZeroAndKeptOnesStay) {
   EXPECT_EQ(values.size(), 1000);
 }
 
-TEST(GrowableArray, GrowsByHalfItsLengthAndInWholePagesPastOne) {
-  GrowableArray<unsigned char> bytes;
-  ASSERT_TRUE(bytes.resize(100));
-  EXPECT_EQ(bytes.capacityBytes(), 100u);
-  ASSERT_TRUE(bytes.resize(101));  // at least half the length more
-  EXPECT_EQ(bytes.capacityBytes(), 150u);
-  ASSERT_TRUE(bytes.resize(5000));
-  EXPECT_EQ(bytes.capacityBytes(), 8192u);
-}
-
 TEST(GrowableArray, GivesMemoryBackOnlyWhenShortenedWellBelowCapacity) {
   GrowableArray<unsigned char> bytes;
   ASSERT_TRUE(bytes.resize(40000));

@@ -269,15 +269,6 @@ TEST(RingPositions, RingSizesForLargeCounts) {
   }
 }
 
-TEST(RingPositions, LayersSitAtEvenElevationsAndGoClockwise) {
-  Position3 points[64];
-  computeRingPositions(32, points);
-  EXPECT_NEAR(points[8].z, 0.5 * std::sin(M_PI / 6), 1e-15);   // 30 degrees
-  EXPECT_NEAR(points[20].z, 0.5 * std::sin(M_PI / 3), 1e-15);  // 60 degrees
-  EXPECT_NEAR(points[2].x, 0.5, 1e-15);  // a quarter round from the front is to the right
-  EXPECT_NEAR(points[2].y, 0.0, 1e-15);
-}
-
 TEST(RingPositions, AlwaysExactlyNPointsOnTheSphere) {
   for (int n = 1; n <= 64; ++n) {
     Position3 points[65];
