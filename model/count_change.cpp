@@ -41,8 +41,11 @@ void notifyCountChange(PannerPlugin& plugin, const CountChange& change) {
            &moved, 0.0f);
   callHost(plugin, audioMasterIOChanged, 0, 0, nullptr, 0.0f);
   if (change.kind == CountKind::Speakers) {
+    // The host takes the speaker count in the pointer argument itself.
+    void* count = reinterpret_cast<void*>(  // NOLINT(performance-no-int-to-ptr)
+        static_cast<std::intptr_t>(change.newCount));
     callHost(plugin, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyChannelCounts,
-             reinterpret_cast<void*>(static_cast<std::intptr_t>(change.newCount)), 0.0f);
+             count, 0.0f);
   }
 }
 

@@ -33,8 +33,9 @@ int clampCount(int n) {
   return n < 0 ? 0 : (n > kMaxInputs ? kMaxInputs : n);
 }
 
-bool ringModeFor(int n) {
-  return n >= kRingMinimum && isKeyHeld(VK_SHIFT);
+// Asked before modelMutex is taken: the key state comes from the host's window layer.
+bool ringModeWanted(int n) {
+  return clampCount(n) >= kRingMinimum && isKeyHeld(VK_SHIFT);
 }
 
 void initialiseInput(InputChannel& input, const char* name, double x, double y, double z) {
@@ -105,6 +106,7 @@ void setLockInputs(PannerPlugin& plugin, bool on) {
 
 void setInputCount(PannerPlugin& plugin, int n) {
   setLockInputs(plugin, false);
+  const bool ringWanted = ringModeWanted(n);
   CountChange change{CountKind::Inputs, 0, 0, 0};
   {
     ModelLock lock(plugin);
@@ -112,7 +114,7 @@ void setInputCount(PannerPlugin& plugin, int n) {
     plugin.inputs.resize(clampCount(n));
     change.newCount = plugin.inputCount();
     Position3 ring[kMaxInputs];
-    const bool useRing = ringModeFor(change.newCount);
+    const bool useRing = ringWanted && change.newCount >= kRingMinimum;
     if (useRing) computeRingPositions(change.newCount, ring);
     fillInputs(plugin, change.oldCount, useRing ? ring : nullptr);
     change.inputCount = change.newCount;
@@ -122,6 +124,7 @@ void setInputCount(PannerPlugin& plugin, int n) {
 }
 
 void setSpeakerCount(PannerPlugin& plugin, int n) {
+  const bool ringWanted = ringModeWanted(n);
   CountChange change{CountKind::Speakers, 0, 0, 0};
   {
     ModelLock lock(plugin);
@@ -132,7 +135,7 @@ void setSpeakerCount(PannerPlugin& plugin, int n) {
     plugin.speakers.resize(clampCount(n));
     change.newCount = plugin.speakerCount();
     Position3 ring[kMaxSpeakers];
-    const bool useRing = ringModeFor(change.newCount);
+    const bool useRing = ringWanted && change.newCount >= kRingMinimum;
     if (useRing) computeRingPositions(change.newCount, ring);
     fillSpeakers(plugin, change.oldCount, oldPreset, useRing ? ring : nullptr);
     change.inputCount = plugin.inputCount();

@@ -45,6 +45,9 @@ class GrowableArray {
     return true;
   }
 
+  // Empties the array but keeps its memory, for buffers that are filled again and again.
+  void clear() { count_ = 0; }
+
   void clearToZero() {
     if (count_ > 0)
       std::memset(static_cast<void*>(data_), 0, static_cast<std::size_t>(count_) * sizeof(T));
@@ -60,8 +63,12 @@ class GrowableArray {
  private:
   static constexpr std::size_t kGranularity = 4096;
 
+  // Only an array that gets shorter gives memory back, so that one emptied by clear() and filled
+  // again piece by piece keeps its memory.
   bool shouldShrink(std::size_t neededBytes) const {
-    return capacityBytes_ > kGranularity && neededBytes < capacityBytes_ / 4;
+    const std::size_t lengthBytes = static_cast<std::size_t>(count_) * sizeof(T);
+    return capacityBytes_ > kGranularity && neededBytes < lengthBytes &&
+           neededBytes < capacityBytes_ / 4;
   }
 
   std::size_t grownCapacity(std::size_t neededBytes) const {

@@ -75,6 +75,7 @@ const LayoutPreset& presetFor(int index) {
 
 void setSpeaker(PannerPlugin& plugin, int index, const char* name, double x, double y, double z,
                 double influence) {
+  if (index < 0 || index >= plugin.speakerCount()) return;
   Speaker& speaker = plugin.speakers[index];
   speaker = Speaker{};
   copyChannelName(speaker.name, name);

@@ -24,7 +24,7 @@ struct Position3 {
 void applyLayoutPreset(PannerPlugin& plugin, int index);
 
 // Clears speaker `index` and gives it a name, position and influence (gain 1, no flags).
-// The caller holds modelMutex; index < speakerCount.
+// The caller holds modelMutex; an index outside the speakers changes nothing.
 void setSpeaker(PannerPlugin& plugin, int index, const char* name, double x, double y, double z,
                 double influence);
 

@@ -47,6 +47,12 @@ int speakerNamePrecision(std::size_t length) {
   return length > 10 ? static_cast<int>(length - 8) : 8;
 }
 
+// A value the host asks about is shown as setParameterValue would take it. The current value is
+// shown as it stands: a group rotation leaves the angle between -1 and 0.
+double hostValueShown(float value) {
+  return std::fmin(1.0, std::fmax(0.0, static_cast<double>(value)));
+}
+
 }  // namespace
 
 void getParameterName(PannerPlugin& plugin, int index, char* buffer, std::size_t length) {
@@ -78,14 +84,11 @@ void getParameterDisplay(PannerPlugin& plugin, int index, char* buffer, std::siz
                          bool hasValue, float value) {
   if (buffer == nullptr || length == 0) return;
   buffer[0] = '\0';
-  ParameterSlot slot;
-  {
-    ModelLock lock(plugin);
-    slot = locateParameter(plugin, index);
-  }
+  ModelLock lock(plugin);  // the slot and the current value must come from the same counts
+  const ParameterSlot slot = locateParameter(plugin, index);
   if (slot.group == ParameterGroup::None) return;
-  double v = hasValue ? static_cast<double>(value) : getParameterValue(plugin, index);
-  v = std::isfinite(v) ? std::fmin(1.0, std::fmax(0.0, v)) : 0.0;
+  const double v =
+      hasValue && std::isfinite(value) ? hostValueShown(value) : getParameterValue(plugin, index);
   if (isShownInDb(slot)) {
     writeDecibels(buffer, length, v);
   } else {

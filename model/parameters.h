@@ -16,8 +16,8 @@ void setParameterValue(PannerPlugin& plugin, int index, float value);
 // [UI thread] Name of parameter `index` into buffer (length bytes, terminated).
 void getParameterName(PannerPlugin& plugin, int index, char* buffer, std::size_t length);
 
-// [UI thread] Display text of the given normalised value, or of the current one when hasValue is
-// false.
+// [UI thread] Display text of the given normalised value (clamped to 0..1), or of the current one
+// when hasValue is false or the given value is not finite. Empty past the list.
 void getParameterDisplay(PannerPlugin& plugin, int index, char* buffer, std::size_t length,
                          bool hasValue, float value);
 

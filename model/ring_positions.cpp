@@ -17,9 +17,10 @@ void ringSizes(int layers, int rest, double layerStep, int* perRing) {
     cosines[j] = std::cos(j * layerStep);
     sum += cosines[j];
   }
+  const int pairs = rest / 2;  // an upper and a lower point each
   int total = 0;
   for (int j = 1; j <= layers; ++j) {
-    perRing[j] = static_cast<int>(cosines[j] * (rest / 2) / sum);
+    perRing[j] = static_cast<int>(cosines[j] * pairs / sum);
     total += 2 * perRing[j];
   }
   while (total > rest) {
@@ -30,9 +31,11 @@ void ringSizes(int layers, int rest, double layerStep, int* perRing) {
       }
     }
   }
-  for (int j = layers; j >= 1 && total < rest; --j) {
-    ++perRing[j];
-    total += 2;
+  while (total < rest) {
+    for (int j = layers; j >= 1 && total < rest; --j) {
+      ++perRing[j];
+      total += 2;
+    }
   }
 }
 

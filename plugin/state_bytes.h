@@ -47,9 +47,7 @@ class StateReader {
 
 class StateWriter {
  public:
-  explicit StateWriter(GrowableArray<unsigned char>& buffer) : buffer_(buffer) {
-    buffer_.resize(0);
-  }
+  explicit StateWriter(GrowableArray<unsigned char>& buffer) : buffer_(buffer) { buffer_.clear(); }
 
   void writeInt(std::int32_t value) { append(static_cast<std::uint32_t>(value), 4); }
   void writeDouble(double value) {

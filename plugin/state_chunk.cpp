@@ -10,11 +10,13 @@
 // past what it sized, and leaves the model within its limits:
 //  - a negative count reads as 0; of a count above 64 the first 64 records are kept and the rest is
 //    parsed and dropped, so that the speakers are still found; parsing stops at the end of the
-//    data;
+//    data, so a huge count costs no more than the bytes that are there;
+//  - records the data cannot hold stay zero-filled (with the version's defaults);
 //  - a non-finite real takes the field's default, and a finite one is clamped to the field's range
 //    (positions to +-4.8, the farthest the editor can place anything: 0.48 / its smallest zoom
 //    0.1);
 //  - header integers are clamped to what the editor can show; names are always terminated.
+// Everything the plug-in itself writes is inside these ranges, so its own blocks load unchanged.
 
 namespace {
 
@@ -23,7 +25,7 @@ constexpr int kMinVersionWithInfluence = 2;
 constexpr int kMinVersionWithOptions = 3;
 constexpr int kMinVersionWithOffsets = 4;
 constexpr double kPositionLimit = 4.8;
-constexpr std::uint32_t kKnownOptionBits = 0x3FFFF;
+constexpr std::uint32_t kModeFlags = kOptionNormalizeOff | kOptionRelativeInfluence;
 constexpr int kMaxFaderOffset = 60;
 constexpr int kMaxGroupMode = 10 + kMaxSpeakers - 1;
 
@@ -40,7 +42,9 @@ constexpr Range kDiffuse{0.0, 0.0, 1.0};
 constexpr Range kSigned{0.0, -1.0, 1.0};
 constexpr Range kInfluence{1.0, 0.0, 2.0};
 constexpr Range kRoomScale{1.0, 2e-6, 2.0};
-constexpr Range kZoom{0.48, 0.1, 0.95};
+// The zoom fader computes 0.1 + 0.85 * position in single precision: its top is the float just
+// above 0.95.
+constexpr Range kZoom{0.48, 0.1, 0.9500000476837158};
 
 double sanitized(double value, const Range& range) {
   if (!std::isfinite(value)) return range.fallback;
@@ -60,6 +64,13 @@ void readClampedInt(StateReader& reader, std::int32_t& field, int low, int high)
 void readFaderOffset(StateReader& reader, std::int32_t& field) {
   std::int32_t value = 0;
   if (reader.readInt(value)) field = std::clamp(value, 0, kMaxFaderOffset) / 4 * 4;
+}
+
+// Each strip's fader mode is 0 or 1; no other bits are defined.
+std::uint32_t knownOptions(std::uint32_t bits) {
+  const std::uint32_t inputMode = (bits & kOptionInputFaderModeMask) != 0 ? 0x1 : 0;
+  const std::uint32_t speakerMode = (bits & kOptionSpeakerFaderModeMask) != 0 ? 0x100 : 0;
+  return (bits & kModeFlags) | inputMode | speakerMode;
 }
 
 struct Counts {
@@ -87,7 +98,7 @@ std::int32_t readHeader(StateReader& reader, PannerPlugin& plugin, Counts& count
   if (version < kMinVersionWithOptions) {
     plugin.optionFlags = 0;
   } else if (std::int32_t options = 0; reader.readInt(options)) {
-    plugin.optionFlags = static_cast<std::uint32_t>(options) & kKnownOptionBits;
+    plugin.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
   }
   readReal(reader, plugin.centerTrim, kLevel);
   readReal(reader, plugin.zoom, kZoom);
@@ -158,31 +169,32 @@ bool readSpeakerRecord(StateReader& reader, std::int32_t version, Speaker& speak
   return readName(reader, speaker.name);
 }
 
-// Records past the kept ones are only parsed; once the data is used up they can hold nothing.
+// Records past the kept ones are parsed only to find where the next kind starts. Once fewer bytes
+// remain than the smallest field, no later record can move the position.
 bool nothingLeftToFind(const StateReader& reader, std::int32_t record, int kept) {
-  return record >= kept && reader.remaining() == 0;
+  return record >= kept && reader.remaining() < 4;
 }
 
 void readInputs(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                 std::int32_t count) {
   const bool keep = plugin.lockInputs == 0;
-  const int kept = keptCount(count);
   if (keep) {
-    plugin.inputs.resize(kept);
+    plugin.inputs.resize(keptCount(count));
     plugin.inputs.clearToZero();
   }
+  const int kept = keep ? plugin.inputCount() : 0;
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     InputChannel scratch{};
     if (!readInputRecord(reader, version, scratch)) return;
-    if (keep && i < kept) plugin.inputs[i] = scratch;
+    if (i < kept) plugin.inputs[i] = scratch;
   }
 }
 
 void readSpeakers(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                   std::int32_t count) {
-  const int kept = keptCount(count);
-  plugin.speakers.resize(kept);
+  plugin.speakers.resize(keptCount(count));
   plugin.speakers.clearToZero();
+  const int kept = plugin.speakerCount();
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     Speaker dropped{};
     Speaker& speaker = i < kept ? plugin.speakers[i] : dropped;

@@ -69,10 +69,13 @@ class ShiftKey {
   static inline bool held_ = false;
 };
 
-// An instance with `channels` inputs and the default layout, as a host would receive it.
+// An instance with `channels` inputs and the default layout, as a host would receive it; the
+// channel count is taken as it stands (construction turns counts outside 1..63 into 2).
 inline std::unique_ptr<PannerPlugin> makeInstance(int channels) {
   auto plugin = std::make_unique<PannerPlugin>();
   plugin->effect.object = plugin.get();
+  plugin->effect.numInputs = channels;
+  plugin->effect.numOutputs = channels;
   plugin->effect.numParams = parameterCountFor(0, 0);
   setInputCount(*plugin, channels);
   applyDefaultLayout(*plugin, channels);

@@ -1,6 +1,8 @@
 // Count changes: host notifications, matrix bookkeeping, fader strips, dirty marks, the lock.
 #include <gtest/gtest.h>
 
+#include <iterator>
+
 #include "model_fixture.h"
 
 namespace {
@@ -47,12 +49,46 @@ TEST(CountNotifications, ConstructionReportsFromZeroInputsAndSpeakers) {
   RecordingHost host;
   auto plugin = makeInstance(6);
   const auto calls = notificationsOf(host);
-  ASSERT_EQ(calls.size(), 5u);
-  EXPECT_EQ(calls[0].change.firstIndex, 4);
-  EXPECT_EQ(calls[0].change.delta, 60);
-  EXPECT_EQ(calls[2].change.firstIndex, 64);
-  EXPECT_EQ(calls[2].change.delta, 42);
-  EXPECT_EQ(calls[4].ptrValue, 6);
+  const struct {
+    std::int32_t opcode;
+    VstIntPtr value;
+    ParameterListChange change;
+    VstIntPtr ptrValue;
+  } expected[] = {
+      {audioMasterVendorSpecific, 0, {4, 60}, 0},  // six inputs appear after the globals
+      {audioMasterIOChanged, 0, {}, 0},
+      {audioMasterVendorSpecific, 0, {64, 42}, 0},  // then the six speakers after them
+      {audioMasterIOChanged, 0, {}, 0},
+      {audioMasterVendorSpecific, 13, {}, 6},
+  };
+  ASSERT_EQ(calls.size(), std::size(expected));
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_EQ(calls[i].opcode, expected[i].opcode);
+    EXPECT_EQ(calls[i].value, expected[i].value);
+    if (expected[i].opcode == audioMasterVendorSpecific) {
+      EXPECT_EQ(calls[i].index, kHostExtensionOpcode);
+    }
+    if (expected[i].value == 0 && expected[i].opcode == audioMasterVendorSpecific) {
+      EXPECT_EQ(calls[i].change.firstIndex, expected[i].change.firstIndex);
+      EXPECT_EQ(calls[i].change.delta, expected[i].change.delta);
+    } else {
+      EXPECT_EQ(calls[i].ptrValue, expected[i].ptrValue);
+    }
+  }
+}
+
+TEST(CountNotifications, InputShrinkReportsTheRemovedRange) {
+  RecordingHost host;
+  auto plugin = makeInstance(8);
+  host.clear();
+  setInputCount(*plugin, 3);
+  const auto calls = notificationsOf(host);
+  ASSERT_EQ(calls.size(), 2u);
+  EXPECT_EQ(calls[0].change.firstIndex, 4 + 30);
+  EXPECT_EQ(calls[0].change.delta, -50);
+  EXPECT_EQ(calls[1].opcode, audioMasterIOChanged);
+  EXPECT_EQ(plugin->effect.numParams, 4 + 30 + 7 * 8);
 }
 
 TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
@@ -67,12 +103,6 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
   EXPECT_EQ(plugin->changeFlags & kChangeCounts, kChangeCounts);
   EXPECT_EQ(plugin->gainRows, -1);
   EXPECT_EQ(plugin->gainCols, -1);
-}
-
-TEST(CountNotifications, NoCallbackNoCalls) {
-  auto plugin = makeInstance(2);  // no RecordingHost: hostCallback is null
-  setSpeakerCount(*plugin, 5);
-  EXPECT_EQ(plugin->speakerCount(), 5);
 }
 
 TEST(CountLimits, CountsAreClampedTo0Through64) {

@@ -269,15 +269,6 @@ TEST(RingPositions, RingSizesForLargeCounts) {
   }
 }
 
-TEST(RingPositions, LayersSitAtEvenElevationsAndGoClockwise) {
-  Position3 points[64];
-  computeRingPositions(32, points);
-  EXPECT_NEAR(points[8].z, 0.5 * std::sin(M_PI / 6), 1e-15);   // 30 degrees
-  EXPECT_NEAR(points[20].z, 0.5 * std::sin(M_PI / 3), 1e-15);  // 60 degrees
-  EXPECT_NEAR(points[2].x, 0.5, 1e-15);  // a quarter round from the front is to the right
-  EXPECT_NEAR(points[2].y, 0.0, 1e-15);
-}
-
 TEST(RingPositions, AlwaysExactlyNPointsOnTheSphere) {
   for (int n = 1; n <= 64; ++n) {
     Position3 points[65];
@@ -290,4 +281,45 @@ TEST(RingPositions, AlwaysExactlyNPointsOnTheSphere) {
       EXPECT_NEAR(r, 0.5, 1e-15) << n << ":" << i;
     }
   }
+}
+
+TEST(RingPositions, AFewPointsExactly) {
+  const double d3 = M_PI / 6;  // two layers below 48 points
+  const double d4 = M_PI / 8;  // three from 48 on
+  const struct {
+    int n, index;
+    double azimuth, elevation;
+  } cases[] = {
+      {32, 0, 0, 0},                    // straight ahead
+      {32, 2, M_PI / 2, 0},             // a quarter round: to the right
+      {32, 8, 0, d3},                   // first upper ring
+      {32, 15, 2 * M_PI / 6 * 1, -d3},  // second point of its lower ring
+      {32, 20, 0, 2 * d3},              // second layer
+      {48, 12, 0, d4},
+      {48, 19, 0, -d4},                     // lower ring right after the upper
+      {48, 34, 2 * M_PI / 6 * 2, -2 * d4},  // third point of the lower ring of layer 2
+      {48, 40, 2 * M_PI / 4 * 2, 3 * d4},   // third point of the top ring
+      {64, 17, 2 * M_PI / 10, d4},
+      {64, 52, 0, 3 * d4},                  // top ring
+      {64, 61, 2 * M_PI / 5 * 4, -3 * d4},  // last point of the lowest ring
+  };
+  for (const auto& c : cases) {
+    Position3 points[64];
+    computeRingPositions(c.n, points);
+    const Position3& p = points[c.index];
+    SCOPED_TRACE(std::to_string(c.n) + ":" + std::to_string(c.index));
+    EXPECT_NEAR(p.x, 0.5 * std::sin(c.azimuth) * std::cos(c.elevation), 1e-15);
+    EXPECT_NEAR(p.y, 0.5 * std::cos(c.azimuth) * std::cos(c.elevation), 1e-15);
+    EXPECT_NEAR(p.z, 0.5 * std::sin(c.elevation), 1e-15);
+  }
+}
+
+TEST(CustomSpeakerCount, CountsPastTheLimitStopAt64) {
+  RecordingHost host;
+  auto plugin = makeInstance(2);
+  setSpeakerCount(*plugin, 100);
+  EXPECT_EQ(plugin->speakerCount(), 64);
+  EXPECT_EQ(plugin->userSpeakerCount, 64);
+  EXPECT_STREQ(plugin->speakers[63].name, "speaker L3");
+  EXPECT_EQ(plugin->effect.numParams, 4 + 20 + 7 * 64);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <thread>
 
 #include "model/parameters.h"
 #include "model_fixture.h"
@@ -178,6 +179,19 @@ TEST_F(Parameters, DisplayTexts) {
   EXPECT_EQ(displayOf(*plugin, 28), "0.500000");        // influence 1
   EXPECT_EQ(displayOf(*plugin, 0), "0.500000");
   EXPECT_EQ(displayOf(*plugin, 999), "");
+  EXPECT_EQ(displayFor(*plugin, 999, 0.5f), "");
+}
+
+TEST_F(Parameters, DisplayOfAHostValueIsWhatSettingItWouldStore) {
+  EXPECT_EQ(displayFor(*plugin, 4, 2.0f), "12.0");  // clamped to 1 like setParameterValue
+  EXPECT_EQ(displayFor(*plugin, 5, -1.0f), "0.000000");
+  plugin->inputs[0].gain = 0.5;
+  EXPECT_EQ(displayFor(*plugin, 4, std::numeric_limits<float>::quiet_NaN()), "-6.0");  // current
+}
+
+TEST_F(Parameters, DisplayOfARotatedAngleKeepsItsSign) {
+  plugin->inputs[0].diffuseAngle = -0.5;  // a group rotation may leave it below 0
+  EXPECT_EQ(displayOf(*plugin, 11), "-0.500000");
 }
 
 TEST_F(Parameters, MuteSoloReportsAutomateThenEndEdit) {
@@ -236,4 +250,33 @@ TEST_F(Parameters, SlotsRecoverTheInstanceAndTolerateNone) {
   setParameterSlot(&orphan, 4, 0.5f);
   EXPECT_EQ(getParameterSlot(&orphan, 4), 0.0f);
   EXPECT_EQ(getParameterSlot(nullptr, 4), 0.0f);
+}
+
+TEST(ParameterThreads, HostAccessDuringCountChangesStaysInsideTheArrays) {
+  RecordingHost host;
+  auto plugin = makeInstance(2);
+  std::atomic<bool> done{false};
+  std::thread counts([&] {
+    for (int round = 0; round < 100; ++round) {
+      setInputCount(*plugin, round % 2 == 0 ? 64 : 1);
+      setSpeakerCount(*plugin, round % 2 == 0 ? 1 : 64);
+    }
+    done = true;
+  });
+  char text[256];
+  int passes = 0;
+  do {  // indexes up to the longest list the counts ever give
+    for (int index = 0; index < parameterCountFor(64, 64); index += 13) {
+      setParameterValue(*plugin, index, 0.75f);
+      EXPECT_LE(getParameterValue(*plugin, index), 1.0f);
+      getParameterName(*plugin, index, text, sizeof text);
+      getParameterDisplay(*plugin, index, text, sizeof text, false, 0.0f);
+    }
+    ++passes;
+  } while (!done || passes < 3);
+  counts.join();
+  EXPECT_EQ(plugin->inputCount(), 1);
+  EXPECT_EQ(plugin->speakerCount(), 64);
+  EXPECT_EQ(plugin->effect.numParams, parameterCountFor(1, 64));
+  EXPECT_EQ(nameOf(*plugin, parameterCountFor(1, 64) - 1), "speaker L3 solo");
 }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "../model/model_fixture.h"
@@ -96,6 +97,20 @@ void expectWithinLimits(const PannerPlugin& p) {
   }
 }
 
+// Field by field: padding bytes of a record carry nothing.
+bool sameRecord(const InputChannel& a, const InputChannel& b) {
+  return std::tie(a.gain, a.lfeSend, a.x, a.y, a.z, a.diffuse, a.diffuseBias, a.diffuseAngle,
+                  a.mute, a.solo, a.selected,
+                  a.reverse) == std::tie(b.gain, b.lfeSend, b.x, b.y, b.z, b.diffuse, b.diffuseBias,
+                                         b.diffuseAngle, b.mute, b.solo, b.selected, b.reverse) &&
+         std::strcmp(a.name, b.name) == 0;
+}
+bool sameRecord(const Speaker& a, const Speaker& b) {
+  return std::tie(a.gain, a.x, a.y, a.z, a.influence, a.isLfe, a.mute, a.solo) ==
+             std::tie(b.gain, b.x, b.y, b.z, b.influence, b.isLfe, b.mute, b.solo) &&
+         std::strcmp(a.name, b.name) == 0;
+}
+
 }  // namespace
 
 TEST_F(StateChunk, FreshStereoInstanceHasTheDocumentedSize) {
@@ -114,7 +129,7 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   p.groupKnobModes[2] = 11;
   p.optionFlags = 0x20101;
   p.centerTrim = 0.7;
-  p.zoom = 0.33;
+  p.zoom = 1.0f * 0.85f + 0.1f;  // the zoom fader's top, a little above 0.95
   p.spaceScaleX = 1.25;
   p.spaceScaleY = 0.5;
   p.spaceScaleZ = 2.0;
@@ -135,9 +150,9 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   EXPECT_EQ(q.groupKnobModes[2], 11);
   EXPECT_EQ(q.optionFlags, 0x20101u);
   EXPECT_EQ(q.centerTrim, 0.7);
-  EXPECT_EQ(q.zoom, 0.33);
+  EXPECT_EQ(q.zoom, p.zoom);
   EXPECT_EQ(q.spaceScaleZ, 2.0);
-  EXPECT_EQ(std::memcmp(&q.inputs[1], &in, sizeof in), 0);
+  EXPECT_TRUE(sameRecord(q.inputs[1], in));
   EXPECT_EQ(std::string(q.inputs[1].name).size(), 63u);
   EXPECT_EQ(q.speakers[0].influence, 1.75);
   EXPECT_EQ(q.speakers[0].isLfe, 1);
@@ -196,26 +211,47 @@ TEST_F(StateChunk, ALaterVersionReadsAsVersion4) {
   EXPECT_STREQ(plugin->inputs[0].name, "in");
 }
 
-TEST_F(StateChunk, CutOffBlocksAtEveryLengthStayWithinLimits) {
+TEST_F(StateChunk, CutOffBlocksAtEveryLengthKeepWholeRecordsOnly) {
   setSpeakerCount(*plugin, 3);
+  plugin->inputs[1].mute = 1;
   const Bytes block = saved(*plugin);
+  // A cut inside an input's name moves the speakers' start into that name (the format reads on from
+  // where the inputs stopped); otherwise records past the cut stay zero-filled.
+  std::vector<std::size_t> ends;  // end of each record: inputs, then speakers
+  std::size_t at = 84;
+  for (const InputChannel& in : plugin->inputs) ends.push_back(at += 72 + std::strlen(in.name));
+  for (const Speaker& sp : plugin->speakers) ends.push_back(at += 48 + std::strlen(sp.name));
+  ASSERT_EQ(at, block.size());
   for (std::size_t length = 0; length <= block.size(); ++length) {
     SCOPED_TRACE(length);
     auto target = makeInstance(2);
     target->centerTrim = 0.123;
     load(*target, block, length);
     expectWithinLimits(*target);
-    if (length < 80) {  // the counts cannot be read
-      EXPECT_EQ(target->inputCount(), 0);
+    if (length < 84) {  // no speaker count, and below 80 no input count either
+      EXPECT_EQ(target->inputCount(), length < 80 ? 0 : 2);
       EXPECT_EQ(target->speakerCount(), 0);
+      EXPECT_EQ(target->centerTrim, length < 44 ? 0.123 : 1.0);  // unread fields keep theirs
+      continue;
     }
-    if (length < 44) {
-      EXPECT_EQ(target->centerTrim, 0.123);  // unread fields keep their values
+    ASSERT_EQ(target->inputCount(), 2);
+    ASSERT_EQ(target->speakerCount(), 3);
+    for (int r = 0; r < 5; ++r) {
+      const std::size_t end = ends[static_cast<std::size_t>(r)];
+      const std::size_t start = r == 0 ? 84 : ends[static_cast<std::size_t>(r) - 1];
+      const bool isInput = r < 2;
+      const int i = isInput ? r : r - 2;
+      if (end <= length) {
+        EXPECT_TRUE(isInput ? sameRecord(target->inputs[i], plugin->inputs[i])
+                            : sameRecord(target->speakers[i], plugin->speakers[i]))
+            << "record " << r << " is whole in the block";
+      } else if (start >= length && (isInput || length >= ends[1])) {
+        EXPECT_TRUE(isInput ? sameRecord(target->inputs[i], InputChannel{})
+                            : sameRecord(target->speakers[i], Speaker{}))
+            << "record " << r << " lies past the end";
+      }
     }
   }
-  auto empty = makeInstance(2);
-  load(*empty, block, 0);
-  EXPECT_EQ(empty->inputFaderOffset, 0);  // an empty block reads as version 0
 }
 
 TEST_F(StateChunk, BadNameLengthsEndTheRecordsOfTheirKind) {
@@ -286,12 +322,14 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     EXPECT_STREQ(plugin->speakers[0].name, "found");
     expectWithinLimits(*plugin);
   }
-  {  // a count the data cannot hold: bounded, zero-filled
-    BlockBuilder b;
+  for (int trailing : {0, 3, 7}) {  // counts the data cannot hold: bounded, zero-filled, and
+    BlockBuilder b;                 // parsing ends with the data, not with 2^31 empty records
     b.header(4, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::max());
+    b.bytes.resize(b.bytes.size() + static_cast<std::size_t>(trailing), 0xAB);
     load(*plugin, b.bytes);
     EXPECT_EQ(plugin->inputCount(), 64);
     EXPECT_EQ(plugin->speakerCount(), 64);
+    EXPECT_EQ(plugin->inputs[1].gain, 0.0);
     expectWithinLimits(*plugin);
   }
 }
@@ -309,7 +347,7 @@ TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
   EXPECT_EQ(plugin->speakerFaderOffset, 60);
   EXPECT_EQ(plugin->groupKnobModes[0], 73);
   EXPECT_EQ(plugin->groupKnobModes[1], 0);
-  EXPECT_EQ(plugin->optionFlags, 0x3FFFFu);
+  EXPECT_EQ(plugin->optionFlags, 0x30101u);  // each fader mode is 0 or 1, no undefined bits
   EXPECT_EQ(plugin->centerTrim, 1.0);
   EXPECT_EQ(plugin->zoom, 0.48);
   EXPECT_EQ(plugin->spaceScaleX, 1.0);
