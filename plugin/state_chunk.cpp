@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "plugin/state_bytes.h"
+#include "plugin/state_limits.h"
 
 // Blocks come from project files of any origin. The reader never reads past the block, never writes
 // past what it sized, and leaves the model within its limits:
@@ -24,34 +25,14 @@ constexpr int kMinVersionWithGain = 3;
 constexpr int kMinVersionWithInfluence = 2;
 constexpr int kMinVersionWithOptions = 3;
 constexpr int kMinVersionWithOffsets = 4;
-constexpr double kPositionLimit = 4.8;
 constexpr std::uint32_t kModeFlags = kOptionNormalizeOff | kOptionRelativeInfluence;
-constexpr int kMaxFaderOffset = 60;
-constexpr int kMaxGroupMode = 10 + kMaxSpeakers - 1;
 
-struct Range {
-  double fallback;
-  double low;
-  double high;
-};
-
-constexpr Range kLevel{1.0, 0.0, 4.0};
-constexpr Range kSend{0.0, 0.0, 4.0};
-constexpr Range kPosition{0.0, -kPositionLimit, kPositionLimit};
-constexpr Range kDiffuse{0.0, 0.0, 1.0};
-constexpr Range kSigned{0.0, -1.0, 1.0};
-constexpr Range kInfluence{1.0, 0.0, 2.0};
-constexpr Range kRoomScale{1.0, 2e-6, 2.0};
-// The zoom fader computes 0.1 + 0.85 * position in single precision: its top is the float just
-// above 0.95.
-constexpr Range kZoom{0.48, 0.1, 0.9500000476837158};
-
-double sanitized(double value, const Range& range) {
+double sanitized(double value, const ValueRange& range) {
   if (!std::isfinite(value)) return range.fallback;
   return std::clamp(value, range.low, range.high);
 }
 
-void readReal(StateReader& reader, double& field, const Range& range) {
+void readReal(StateReader& reader, double& field, const ValueRange& range) {
   double value = 0.0;
   if (reader.readDouble(value)) field = sanitized(value, range);
 }
@@ -100,11 +81,11 @@ std::int32_t readHeader(StateReader& reader, PannerPlugin& plugin, Counts& count
   } else if (std::int32_t options = 0; reader.readInt(options)) {
     plugin.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
   }
-  readReal(reader, plugin.centerTrim, kLevel);
-  readReal(reader, plugin.zoom, kZoom);
-  readReal(reader, plugin.spaceScaleX, kRoomScale);
-  readReal(reader, plugin.spaceScaleY, kRoomScale);
-  readReal(reader, plugin.spaceScaleZ, kRoomScale);
+  readReal(reader, plugin.centerTrim, kLevelRange);
+  readReal(reader, plugin.zoom, kZoomRange);
+  readReal(reader, plugin.spaceScaleX, kRoomScaleRange);
+  readReal(reader, plugin.spaceScaleY, kRoomScaleRange);
+  readReal(reader, plugin.spaceScaleZ, kRoomScaleRange);
   if (reader.readInt(counts.inputs)) reader.readInt(counts.speakers);
   counts.inputs = std::max(counts.inputs, 0);
   counts.speakers = std::max(counts.speakers, 0);
@@ -127,15 +108,15 @@ bool readInputRecord(StateReader& reader, std::int32_t version, InputChannel& in
   if (version < kMinVersionWithGain) {
     input.gain = 1.0;
   } else {
-    readReal(reader, input.gain, kLevel);
+    readReal(reader, input.gain, kLevelRange);
   }
-  readReal(reader, input.lfeSend, kSend);
-  readReal(reader, input.x, kPosition);
-  readReal(reader, input.y, kPosition);
-  readReal(reader, input.z, kPosition);
-  readReal(reader, input.diffuse, kDiffuse);
-  readReal(reader, input.diffuseBias, kSigned);
-  readReal(reader, input.diffuseAngle, kSigned);
+  readReal(reader, input.lfeSend, kSendRange);
+  readReal(reader, input.x, kPositionRange);
+  readReal(reader, input.y, kPositionRange);
+  readReal(reader, input.z, kPositionRange);
+  readReal(reader, input.diffuse, kDiffuseRange);
+  readReal(reader, input.diffuseBias, kSignedRange);
+  readReal(reader, input.diffuseAngle, kSignedRange);
   std::int32_t flags = 0;
   if (reader.readInt(flags)) {
     input.mute = flags & 1;
@@ -150,15 +131,15 @@ bool readSpeakerRecord(StateReader& reader, std::int32_t version, Speaker& speak
   if (version < kMinVersionWithGain) {
     speaker.gain = 1.0;
   } else {
-    readReal(reader, speaker.gain, kLevel);
+    readReal(reader, speaker.gain, kLevelRange);
   }
-  readReal(reader, speaker.x, kPosition);
-  readReal(reader, speaker.y, kPosition);
-  readReal(reader, speaker.z, kPosition);
+  readReal(reader, speaker.x, kPositionRange);
+  readReal(reader, speaker.y, kPositionRange);
+  readReal(reader, speaker.z, kPositionRange);
   if (version < kMinVersionWithInfluence) {
     speaker.influence = 1.0;
   } else {
-    readReal(reader, speaker.influence, kInfluence);
+    readReal(reader, speaker.influence, kInfluenceRange);
   }
   std::int32_t flags = 0;
   if (reader.readInt(flags)) {

@@ -9,6 +9,7 @@
 #include "model/layouts.h"
 #include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
+#include "plugin/state_limits.h"
 
 namespace {
 
@@ -18,22 +19,6 @@ using OrderedJson = nlohmann::ordered_json;
 constexpr const char* kFormatName = "spatiola-scene";
 constexpr int kFormatVersion = 1;
 constexpr const char* kNoSpeakersLayout = "none";  // layoutPreset -1: no speakers
-constexpr int kMaxFaderOffset = 60;
-constexpr int kMaxGroupMode = 10 + kMaxSpeakers - 1;
-constexpr double kPositionLimit = 4.8;
-
-struct Range {
-  double low;
-  double high;
-};
-constexpr Range kLevel{0.0, 4.0};
-constexpr Range kPosition{-kPositionLimit, kPositionLimit};
-constexpr Range kUnit{0.0, 1.0};
-constexpr Range kSigned{-1.0, 1.0};
-constexpr Range kInfluence{0.0, 2.0};
-constexpr Range kRoomScale{2e-6, 2.0};
-constexpr Range kZoom{0.1, 0.95};
-
 // ---- export ---------------------------------------------------------------------------------
 
 std::string layoutName(int preset) {
@@ -135,7 +120,7 @@ class Node {
     }
   }
 
-  double number(const Range& range) const {
+  double number(const ValueRange& range) const {
     if (!value_.is_number()) fail("expected a number, found " + value_.dump());
     const double x = value_.get<double>();
     if (!(x >= range.low && x <= range.high)) {
@@ -210,18 +195,18 @@ void readInput(const Node& node, InputChannel& input) {
   node.expectObject({"name", "nameHex", "gain", "lfeSend", "x", "y", "z", "diffuse", "diffuseBias",
                      "diffuseAngle", "mute", "solo", "selected", "reverse"});
   readName(node, input.name);
-  const auto number = [](const Range& range) {
+  const auto number = [](const ValueRange& range) {
     return [range](const Node& n) { return n.number(range); };
   };
   const auto flag = [](const Node& n) { return n.boolean() ? 1 : 0; };
-  optional(node, "gain", input.gain, number(kLevel));
-  optional(node, "lfeSend", input.lfeSend, number(kLevel));
-  optional(node, "x", input.x, number(kPosition));
-  optional(node, "y", input.y, number(kPosition));
-  optional(node, "z", input.z, number(kPosition));
-  optional(node, "diffuse", input.diffuse, number(kUnit));
-  optional(node, "diffuseBias", input.diffuseBias, number(kSigned));
-  optional(node, "diffuseAngle", input.diffuseAngle, number(kSigned));
+  optional(node, "gain", input.gain, number(kLevelRange));
+  optional(node, "lfeSend", input.lfeSend, number(kLevelRange));
+  optional(node, "x", input.x, number(kPositionRange));
+  optional(node, "y", input.y, number(kPositionRange));
+  optional(node, "z", input.z, number(kPositionRange));
+  optional(node, "diffuse", input.diffuse, number(kDiffuseRange));
+  optional(node, "diffuseBias", input.diffuseBias, number(kSignedRange));
+  optional(node, "diffuseAngle", input.diffuseAngle, number(kSignedRange));
   optional(node, "mute", input.mute, flag);
   optional(node, "solo", input.solo, flag);
   optional(node, "selected", input.selected, flag);
@@ -231,15 +216,15 @@ void readInput(const Node& node, InputChannel& input) {
 void readSpeaker(const Node& node, Speaker& speaker) {
   node.expectObject({"name", "nameHex", "gain", "x", "y", "z", "influence", "mute", "solo", "lfe"});
   readName(node, speaker.name);
-  const auto number = [](const Range& range) {
+  const auto number = [](const ValueRange& range) {
     return [range](const Node& n) { return n.number(range); };
   };
   const auto flag = [](const Node& n) { return n.boolean() ? 1 : 0; };
-  optional(node, "gain", speaker.gain, number(kLevel));
-  optional(node, "x", speaker.x, number(kPosition));
-  optional(node, "y", speaker.y, number(kPosition));
-  optional(node, "z", speaker.z, number(kPosition));
-  optional(node, "influence", speaker.influence, number(kInfluence));
+  optional(node, "gain", speaker.gain, number(kLevelRange));
+  optional(node, "x", speaker.x, number(kPositionRange));
+  optional(node, "y", speaker.y, number(kPositionRange));
+  optional(node, "z", speaker.z, number(kPositionRange));
+  optional(node, "influence", speaker.influence, number(kInfluenceRange));
   optional(node, "mute", speaker.mute, flag);
   optional(node, "solo", speaker.solo, flag);
   optional(node, "lfe", speaker.isLfe, flag);
@@ -261,11 +246,12 @@ std::uint32_t readOptions(const Node& node, std::uint32_t flags) {
     flags = (flags & ~mask) | (bits & mask);
   };
   if (node.has("inputFaderMode")) {
-    setBits(kOptionInputFaderModeMask, node.member("inputFaderMode").integer(0, 255));
+    setBits(kOptionInputFaderModeMask, node.member("inputFaderMode").integer(0, kMaxFaderMode));
   }
   if (node.has("speakerFaderMode")) {
     setBits(kOptionSpeakerFaderModeMask,
-            static_cast<std::uint32_t>(node.member("speakerFaderMode").integer(0, 255)) << 8);
+            static_cast<std::uint32_t>(node.member("speakerFaderMode").integer(0, kMaxFaderMode))
+                << 8);
   }
   if (node.has("normalize")) {
     setBits(kOptionNormalizeOff,
@@ -287,7 +273,7 @@ int readFaderOffset(const Node& node) {
 
 void readRoomScale(const Node& node, PannerPlugin& plugin) {
   node.expectObject({"x", "y", "z"});
-  const auto scale = [](const Node& n) { return n.number(kRoomScale); };
+  const auto scale = [](const Node& n) { return n.number(kRoomScaleRange); };
   optional(node, "x", plugin.spaceScaleX, scale);
   optional(node, "y", plugin.spaceScaleY, scale);
   optional(node, "z", plugin.spaceScaleZ, scale);
@@ -335,8 +321,9 @@ void readHeader(const Node& root, PannerPlugin& plugin) {
   if (root.has("groupKnobModes")) readGroupModes(root.member("groupKnobModes"), plugin);
   if (root.has("options"))
     plugin.optionFlags = readOptions(root.member("options"), plugin.optionFlags);
-  optional(root, "centerTrim", plugin.centerTrim, [](const Node& n) { return n.number(kLevel); });
-  optional(root, "zoom", plugin.zoom, [](const Node& n) { return n.number(kZoom); });
+  optional(root, "centerTrim", plugin.centerTrim,
+           [](const Node& n) { return n.number(kLevelRange); });
+  optional(root, "zoom", plugin.zoom, [](const Node& n) { return n.number(kZoomRange); });
   if (root.has("roomScale")) readRoomScale(root.member("roomScale"), plugin);
 }
 
