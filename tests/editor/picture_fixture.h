@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "editor/view/dpi_aware_font.h"
+#include "editor/view/shared_drawing.h"
 #include "editor/view/space_projection.h"
 #include "editor/view/space_render.h"
 #include "host/graphics/graphics_lookup.h"

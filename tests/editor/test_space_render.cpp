@@ -349,3 +349,40 @@ TEST_F(InlinePaint, NeedsABitmapAndABlock) {
 }
 
 }  // namespace
+
+namespace {
+
+using SharedDrawing = PictureTest;
+
+TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsThem) {
+  releaseSharedDrawingResources();
+  EXPECT_EQ(labelFont, nullptr);
+  paint(40, 30);
+  ASSERT_NE(labelFont, nullptr);
+  ASSERT_NE(speakerIcons[0], nullptr);
+  ASSERT_NE(speakerIcons[1], nullptr);
+  EXPECT_EQ(labelFont->logFont.lfHeight, 12);
+  const struct {
+    int icon;
+    DAUB_pixel color;
+  } cases[] = {{kSpeakerIconActive, 0xFFFFFF00}, {kSpeakerIconDimmed, 0xFF808000}};
+  for (const auto& c : cases) {
+    DAUB_IBitmap* icon = speakerIcons[c.icon];
+    EXPECT_EQ(icon->getWidth(), 16);
+    EXPECT_EQ(graphics::DAUB_GetPixel(icon, 6, 5), c.color);     // glyph (3, 0)
+    EXPECT_EQ(graphics::DAUB_GetPixel(icon, 3, 10), c.color);    // glyph (0, 5)
+    EXPECT_EQ(alphaOf(graphics::DAUB_GetPixel(icon, 5, 5)), 0);  // glyph (2, 0) is clear
+    EXPECT_EQ(alphaOf(graphics::DAUB_GetPixel(icon, 0, 0)), 0);
+  }
+  DAUB_IBitmap* const madeIcon = speakerIcons[0];
+  paint(40, 30);
+  EXPECT_EQ(speakerIcons[0], madeIcon);  // made once per process
+  sharedBoldFont();
+  releaseSharedDrawingResources();
+  EXPECT_EQ(labelFont, nullptr);
+  EXPECT_EQ(boldFont, nullptr);
+  EXPECT_EQ(speakerIcons[0], nullptr);
+  EXPECT_EQ(speakerIcons[1], nullptr);
+}
+
+}  // namespace
