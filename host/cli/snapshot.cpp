@@ -29,6 +29,18 @@ std::string describe(PluginInstance& instance) {
   return name.empty() ? instance.module().path() : name + " (" + instance.module().path() + ")";
 }
 
+// A bitmap of the host's graphics library, as a host hands it to an inline view.
+std::unique_ptr<DAUB_IBitmap> newHostBitmap(BitmapSize size, int scale256) {
+  std::unique_ptr<DAUB_IBitmap> bitmap(
+      graphics::DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.widthPx, size.heightPx));
+  if (!bitmap) {
+    throw HostError("cannot make a bitmap of " + std::to_string(size.widthPx) + "x" +
+                    std::to_string(size.heightPx) + " pixels");
+  }
+  bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &scale256);
+  return bitmap;
+}
+
 }  // namespace
 
 BitmapSize parseBitmapSize(const std::string& text) {
@@ -64,12 +76,7 @@ std::unique_ptr<DAUB_IBitmap> paintSnapshot(PluginInstance& instance, BitmapSize
                     " has no inline view (it does not answer canDo \"hasTolvekEmbeddedUI\"); "
                     "no picture written");
   }
-  std::unique_ptr<DAUB_IBitmap> bitmap(
-      graphics::DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.widthPx, size.heightPx));
-  if (!bitmap)
-    throw HostError("cannot make a bitmap of " + std::to_string(size.widthPx) + "x" +
-                    std::to_string(size.heightPx) + " pixels");
-  bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &scale256);
+  std::unique_ptr<DAUB_IBitmap> bitmap = newHostBitmap(size, scale256);
   InlineDrawInfo info(size.widthPx, size.heightPx);
   if (!paintInlineView(instance, bitmap.get(), info)) {
     throw HostError(describe(instance) +
@@ -98,6 +105,7 @@ SnapshotResult writeSnapshot(const SnapshotOptions& options) {
   config.trackChannels = options.trackChannels;
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
   configurePlugin(*plugin.instance, options.plugin);
+  plugin.instance->start();  // hosts picture plug-ins that are open and running
   const std::unique_ptr<DAUB_IBitmap> picture = paintSnapshot(*plugin.instance, size, scale256);
   writePngReplacing(picture.get(), options.outputPath);
   return SnapshotResult{plugin.instance->effectName(), size};
