@@ -95,8 +95,9 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
   }
 }
 
-void copyText(void* ptr, const char* text) {
+VstIntPtr copyText(void* ptr, const char* text, VstIntPtr result = 1) {
   if (ptr != nullptr) std::strcpy(static_cast<char*>(ptr), text);
+  return result;
 }
 
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
@@ -111,23 +112,18 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       delete probe;
       return 0;
     case effGetParamName:
-      copyText(ptr, index == 0 ? "gain" : "mode, with comma");
-      return 0;
+      return copyText(ptr, index == 0 ? "gain" : "mode, with comma", 0);
     case effGetParamDisplay:
       std::snprintf(static_cast<char*>(ptr), 9, "%.3f", index == 0 ? probe->gain : probe->mode);
       return 1;
     case effGetParamLabel:
-      copyText(ptr, index == 0 ? "x2" : "");
-      return 0;
+      return copyText(ptr, index == 0 ? "x2" : "", 0);
     case effGetEffectName:
-      copyText(ptr, "Probe");
-      return 1;
+      return copyText(ptr, "Probe");
     case effGetVendorString:
-      copyText(ptr, "Host Tests");
-      return 1;
+      return copyText(ptr, "Host Tests");
     case effGetProductString:
-      copyText(ptr, "Probe Plug-in");
-      return 1;
+      return copyText(ptr, "Probe Plug-in");
     case effGetVendorVersion:
       return 7;
     case effGetVstVersion:

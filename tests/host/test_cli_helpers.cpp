@@ -7,21 +7,7 @@
 #include "host/cli/audio_file.h"
 #include "host/cli/levels.h"
 #include "host/cli/plugin_setup.h"
-#include "host/core/host_error.h"
-
-namespace {
-
-template <typename Fn>
-std::string errorOf(Fn fn) {
-  try {
-    fn();
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
-}
-
-}  // namespace
+#include "tests/host/test_support.h"
 
 TEST(ParameterSetting, SplitsAtTheLastEqualsAndChecksTheValue) {
   const ParameterSetting a = parseParameterSetting("in 1 X=0.75");

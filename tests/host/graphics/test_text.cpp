@@ -1,10 +1,8 @@
 // Fonts: face resolution, handle ownership, alignment flags, measuring, sizes and encodings.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
-#include "host/graphics/font.h"
 #include "tests/host/graphics/graphics_test_support.h"
 
 using namespace graphics;
@@ -14,22 +12,6 @@ namespace {
 constexpr UINT kLeftLabel = 0x124;     // single line, vertically centred, not clipped
 constexpr UINT kRightLabel = 0x126;    // the same, right-aligned
 constexpr UINT kCentredLabel = 0x125;  // the same, centred
-
-HFONT newHandle(int height, int weight = 400) {
-  LOGFONT font{};
-  font.lfHeight = height;
-  font.lfWeight = weight;
-  std::strcpy(font.lfFaceName, "Arial");
-  return CreateFontIndirect(&font);
-}
-
-// A font owning a fresh handle of the given height, drawing white.
-std::unique_ptr<CairoFont> newFont(int height, int weight = 400) {
-  auto font = std::make_unique<CairoFont>();
-  font->AttachHostFont(newHandle(height, weight), DAUB_FONT_FLAG_OWNS_HANDLE);
-  font->SetTextColor(0xFFFFFFFF);
-  return font;
-}
 
 InkBox drawAt(CairoFont& font, const char* text, RECT rect, UINT flags) {
   BitmapPtr bitmap = newBitmap(120, 60);
@@ -46,7 +28,6 @@ int measuredWidth(CairoFont& font, const char* text) {
 }  // namespace
 
 TEST(FontFaces, ArialResolvesToLiberationSans) {
-  EXPECT_EQ(resolveFontFamily({"Arial", 12, 400, false}), "Liberation Sans");
   EXPECT_EQ(resolveFontFamily({"Arial", 11, 700, false}), "Liberation Sans");
   EXPECT_EQ(newFont(12)->familyName(), "Liberation Sans");
   EXPECT_EQ(CairoFont().familyName(), "Liberation Sans") << "the default face";
