@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <string>
+#include <tuple>
 
 #include "host/core/plugin_instance.h"
 #include "host/core/plugin_module.h"
@@ -28,6 +29,15 @@ std::string reportOf(PluginInstance& instance) {
 
 std::string loadingError(const std::string& path) {
   return errorOf([&] { PluginInstance(PluginModule(path), HostConfig{}); });
+}
+
+// Each recorded host event as (kind, index, value, render position).
+using Event = std::tuple<HostEventKind, std::int32_t, float, std::int64_t>;
+std::vector<Event> eventsOf(const PluginInstance& instance) {
+  std::vector<Event> events;
+  for (const HostEvent& e : instance.events())
+    events.emplace_back(e.kind, e.index, e.value, e.samplePosition);
+  return events;
 }
 
 class ProbeHost : public ::testing::Test {
@@ -77,12 +87,9 @@ TEST_F(ProbeHost, RecordsEditsAsAutomationEventsAtTheRenderPosition) {
   PluginInstance instance(module_, HostConfig{});
   instance.setSamplePosition(4800);
   instance.dispatch("effVendorSpecific", effVendorSpecific, kReportEdit);
-  ASSERT_EQ(instance.events().size(), 3u);
-  EXPECT_EQ(instance.events()[0].kind, HostEventKind::BeginEdit);
-  EXPECT_EQ(instance.events()[1].kind, HostEventKind::Automate);
-  EXPECT_FLOAT_EQ(instance.events()[1].value, 0.75f);
-  EXPECT_EQ(instance.events()[1].samplePosition, 4800);
-  EXPECT_EQ(instance.events()[2].kind, HostEventKind::EndEdit);
+  EXPECT_EQ(eventsOf(instance), (std::vector<Event>{{HostEventKind::BeginEdit, 0, 0.0f, 4800},
+                                                    {HostEventKind::Automate, 0, 0.75f, 4800},
+                                                    {HostEventKind::EndEdit, 0, 0.0f, 4800}}));
   instance.clearEvents();
   EXPECT_TRUE(instance.events().empty());
 }
@@ -91,7 +98,7 @@ TEST_F(ProbeHost, ChannelCountChangesResizeTheBuffers) {
   PluginInstance instance(module_, HostConfig{});
   EXPECT_EQ(instance.dispatch("effVendorSpecific", effVendorSpecific, kChangeOutputs, 6), 1);
   EXPECT_EQ(instance.outputCount(), 6);
-  EXPECT_EQ(instance.events().back().kind, HostEventKind::IOChanged);
+  EXPECT_EQ(eventsOf(instance).back(), Event(HostEventKind::IOChanged, 0, 0.0f, 0));
   instance.start();
   instance.inputBuffer(0)[0] = 0.5;
   instance.process(1);
@@ -102,8 +109,7 @@ TEST_F(ProbeHost, ChannelCountChangesResizeTheBuffers) {
   const VstIntPtr packed = (4 << 20) | (2 << 12) | 0xF00;
   instance.dispatch("effVendorSpecific", effVendorSpecific, kAnnounceCounts, packed);
   EXPECT_EQ(instance.outputCount(), 4);
-  EXPECT_EQ(instance.events().back().kind, HostEventKind::ChannelCounts);
-  EXPECT_EQ(instance.events().back().index, packed);
+  EXPECT_EQ(eventsOf(instance).back(), Event(HostEventKind::ChannelCounts, packed, 0.0f, 0));
 }
 
 TEST_F(ProbeHost, CallbackAnswersTheStandardRequests) {
@@ -115,18 +121,15 @@ TEST_F(ProbeHost, CallbackAnswersTheStandardRequests) {
                           VstIntPtr value = 0) {
     return instance.answer(opcode, index, value, ptr, 0);
   };
-  EXPECT_EQ(answer(audioMasterVersion), 2400);
-  EXPECT_EQ(answer(audioMasterGetSampleRate), 44100);
-  EXPECT_EQ(answer(audioMasterGetBlockSize), 256);
-  EXPECT_EQ(answer(audioMasterGetCurrentProcessLevel), 1);
-  char text[64] = {};
-  EXPECT_EQ(answer(audioMasterGetVendorString, text), 1);
-  EXPECT_STREQ(text, "Tolvek");
-  EXPECT_EQ(answer(audioMasterGetProductString, text), 1);
-  EXPECT_STREQ(text, "Spatiola Host");
-  char acceptIo[] = "acceptIOChanges", sendEvents[] = "sendVstEvents";
-  EXPECT_EQ(answer(audioMasterCanDo, acceptIo), 1);
-  EXPECT_EQ(answer(audioMasterCanDo, sendEvents), 0);
+  char vendor[64] = {}, product[64] = {}, acceptIo[] = "acceptIOChanges", sends[] = "sendVstEvents";
+  EXPECT_EQ((std::array{answer(audioMasterVersion), answer(audioMasterGetSampleRate),
+                        answer(audioMasterGetBlockSize), answer(audioMasterGetCurrentProcessLevel),
+                        answer(audioMasterGetVendorString, vendor),
+                        answer(audioMasterGetProductString, product),
+                        answer(audioMasterCanDo, acceptIo), answer(audioMasterCanDo, sends)}),
+            (std::array<VstIntPtr, 8>{2400, 44100, 256, 1, 1, 1, 1, 0}));
+  EXPECT_STREQ(vendor, "Tolvek");
+  EXPECT_STREQ(product, "Spatiola Host");
   instance.setSamplePosition(88200);
   const auto* time = reinterpret_cast<const VstTimeInfo*>(answer(audioMasterGetTime));  // NOLINT
   ASSERT_NE(time, nullptr);
@@ -139,9 +142,7 @@ TEST_F(ProbeHost, CallbackAnswersTheStandardRequests) {
   EXPECT_EQ(
       answer(audioMasterVendorSpecific, &change, kHostExtensionOpcode, kHostNotifyParameterList),
       1);
-  EXPECT_EQ(instance.events().back().kind, HostEventKind::ParameterListMoved);
-  EXPECT_EQ(instance.events().back().index, 4);
-  EXPECT_FLOAT_EQ(instance.events().back().value, -10.0f);
+  EXPECT_EQ(eventsOf(instance).back(), Event(HostEventKind::ParameterListMoved, 4, -10.0f, 88200));
 }
 
 TEST_F(ProbeHost, LegacyEntryAndSinglePrecisionVariantsLoad) {
