@@ -13,7 +13,7 @@
 #include "model/layouts.h"
 #include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
-#include "tests/host/command_runner.h"
+#include "tests/host/command_fixture.h"
 #include "tests/host/test_support.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "engine/gain_law.h"
 #include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
-#include "tests/host/command_runner.h"
+#include "tests/host/command_fixture.h"
 #include "tests/host/test_support.h"
 
 namespace {
