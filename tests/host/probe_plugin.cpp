@@ -95,9 +95,8 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
   }
 }
 
-VstIntPtr copyText(void* ptr, const char* text, VstIntPtr result = 1) {
+void copyText(void* ptr, const char* text) {
   if (ptr != nullptr) std::strcpy(static_cast<char*>(ptr), text);
-  return result;
 }
 
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
@@ -112,18 +111,23 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       delete probe;
       return 0;
     case effGetParamName:
-      return copyText(ptr, index == 0 ? "gain" : "mode, with comma", 0);
+      copyText(ptr, index == 0 ? "gain" : "mode, with comma");
+      return 0;
     case effGetParamDisplay:
       std::snprintf(static_cast<char*>(ptr), 9, "%.3f", index == 0 ? probe->gain : probe->mode);
       return 1;
     case effGetParamLabel:
-      return copyText(ptr, index == 0 ? "x2" : "", 0);
+      copyText(ptr, index == 0 ? "x2" : "");
+      return 0;
     case effGetEffectName:
-      return copyText(ptr, "Probe");
+      copyText(ptr, "Probe");
+      return 1;
     case effGetVendorString:
-      return copyText(ptr, "Host Tests");
+      copyText(ptr, "Host Tests");
+      return 1;
     case effGetProductString:
-      return copyText(ptr, "Probe Plug-in");
+      copyText(ptr, "Probe Plug-in");
+      return 1;
     case effGetVendorVersion:
       return 7;
     case effGetVstVersion:
