@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 
 #include "engine/gain_law.h"
 #include "model/panner_plugin.h"
@@ -111,16 +110,6 @@ TEST_F(SpatiolaRender, AutomationMovesASourceAcrossTheRoom) {
   ASSERT_EQ(out.channels, 2);  // a one-channel track gets the stereo layout
   EXPECT_GT(out.at(4000, 0), 4.0 * std::fabs(out.at(4000, 1)));  // at the left wall
   EXPECT_GT(out.at(9599, 1), 4.0 * std::fabs(out.at(9599, 0)));  // at the right wall
-}
-
-TEST_F(SpatiolaRender, InfoShowsThePluginsParameterList) {
-  const CommandResult run = spatiola({"info", "--json", "--channels", "6"});
-  ASSERT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_TRUE(run.err.empty()) << run.err;  // every window-layer name resolved
-  const auto info = nlohmann::json::parse(run.out);
-  EXPECT_EQ(info["parameters"].size(), 4u + 10u * 6u + 7u * 6u);  // 5.1 for six channels
-  expectJsonAt(info, nlohmann::json::parse(R"({"/effect": "Spatiola", "/outputs": 6,
-      "/parameters/64/name": "front left gain", "/parameters/64/display": "0.0"})"));
 }
 
 TEST_F(SpatiolaRender, DemoWritesA51FileAndItsLevels) {

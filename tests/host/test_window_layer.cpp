@@ -155,6 +155,8 @@ TEST(ProfileFiles, StringsIntsAndSectionsOnRealFiles) {
   ASSERT_EQ(writeString("view", "name", "a long value", file.c_str()), 1);
   ASSERT_EQ(writeString("other", "k", "v", file.c_str()), 1);
   EXPECT_EQ(getInt("VIEW", "Zoom", -1, file.c_str()), 42u);
+  ASSERT_EQ(writeString("VIEW", "ZOOM", "43", file.c_str()), 1);  // updates, keeps the order
+  EXPECT_EQ(getInt("view", "zoom", -1, file.c_str()), 43u);
   EXPECT_EQ(getInt("view", "missing", -1, file.c_str()), static_cast<UINT>(-1));
   char text[64];
   EXPECT_EQ(getString("view", "name", "def", text, sizeof text, file.c_str()), 12u);
