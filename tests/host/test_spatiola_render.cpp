@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 
 #include "engine/gain_law.h"
+#include "host/graphics/png_io.h"
 #include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
 #include "tests/host/command_fixture.h"
@@ -112,7 +115,7 @@ TEST_F(SpatiolaRender, AutomationMovesASourceAcrossTheRoom) {
   EXPECT_GT(out.at(9599, 1), 4.0 * std::fabs(out.at(9599, 0)));  // at the right wall
 }
 
-TEST_F(SpatiolaRender, DemoWritesA51FileAndItsLevels) {
+TEST_F(SpatiolaRender, DemoWritesA51FileItsLevelsAndTheRoom) {
   const CommandResult run = spatiola({"demo", "--dir", path("demo"), "--seconds", "1"});
   ASSERT_EQ(run.exitCode, 0) << run.err;
   const AudioData out = readAudio(path("demo/demo-5.1.wav"));
@@ -120,7 +123,24 @@ TEST_F(SpatiolaRender, DemoWritesA51FileAndItsLevels) {
   EXPECT_EQ(out.channelMap.size(), 6u);
   EXPECT_TRUE(contains(run.out, "result:     " + path("demo/demo-5.1.wav"))) << run.out;
   EXPECT_TRUE(contains(run.out, "6    back right")) << run.out;
+  // The first source feeds the LFE at unity send: 0.25 of its pulse peak of 0.25.
+  double lfePeak = 0.0;
+  for (std::int64_t f = 0; f < out.frames; ++f)
+    lfePeak = std::max(lfePeak, std::fabs(out.at(f, 3)));
+  EXPECT_NEAR(lfePeak, 0.0625, 0.001);
+  if (contains(run.err, "did not paint its inline view")) {
+    // Until Spatiola's inline view lands the demo does without its picture.
+    EXPECT_EQ(run.err.rfind("spatiola: no room picture: ", 0), 0u) << run.err;
+    EXPECT_FALSE(std::filesystem::exists(path("demo/room.png")));
+    return;
+  }
   EXPECT_TRUE(run.err.empty()) << run.err;
+  EXPECT_TRUE(contains(run.out, "room:       " + path("demo/room.png"))) << run.out;
+  std::string error;
+  const auto picture = graphics::readPng(path("demo/room.png"), &error);
+  ASSERT_NE(picture, nullptr) << error;
+  EXPECT_EQ(picture->getWidth(), 480);
+  EXPECT_EQ(picture->getHeight(), 480);
 }
 
 TEST_F(SpatiolaRender, BenchRunsTheRequestedShape) {
