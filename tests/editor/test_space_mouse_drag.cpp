@@ -233,6 +233,17 @@ TEST(DragSpeaker, ASpeakerThatVanishedIsNeitherWrittenNorReported) {
   EXPECT_EQ(plugin->dragSpeaker, -1);
 }
 
+TEST(DragInput, AViewWithoutPixelsMovesNothing) {
+  auto plugin = makeRoom({{0.0, 0.0, 0.0}});
+  ASSERT_TRUE(hitTestAndGrab(*plugin, 0, 0, 0, 0, true));
+  RecordingHost host;
+  for (const auto& [width, height] : {std::pair{0, 0}, std::pair{200, 0}, std::pair{0, 200}}) {
+    EXPECT_FALSE(dragTo(*plugin, 10, 10, width, height));
+  }
+  expectPlace(plugin->inputs[0], {0.0, 0.0, 0.0});
+  EXPECT_TRUE(host.calls().empty());
+}
+
 TEST(DragBand, MovesTheSecondCornerOnlyWhileARectangleIsDrawn) {
   auto plugin = makeRoom({{0.5, 0.5, 0.0}});
   EXPECT_FALSE(dragTo(*plugin, 40, 40, kViewSize, kViewSize));
