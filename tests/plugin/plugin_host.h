@@ -73,14 +73,6 @@ class TestHost {
 
   AEffect* create() const { return PluginLibrary::instance().create(&TestHost::callback); }
 
-  std::vector<RecordedCall> callsWith(std::int32_t opcode) const {
-    std::vector<RecordedCall> found;
-    for (const RecordedCall& call : calls) {
-      if (call.opcode == opcode) found.push_back(call);
-    }
-    return found;
-  }
-
  private:
   static const char* iniFile() { return "/tmp/spatiola-conformance.ini"; }
 

@@ -32,73 +32,50 @@ void* lendsCreatorRegistry(const char* name) {
   return reinterpret_cast<void*>(&dummyFunction);
 }
 
-// Makes two instances, then closes them in `closeOrder` (0 = the first made); each step is
-// marked in the output between the creator calls it caused.
-std::vector<std::string> twoInstanceLife(const std::vector<int>& closeOrder) {
-  return linesOf(inChild([&closeOrder] {
+// Runs `steps` in a fresh process: '+' makes an instance, '!' tries one without the ini file,
+// a digit closes the instance made in that place. Answers the log with each creator call as
+// "r"/"u" once all of them are seen to pass the same non-null creator.
+std::string lifeOf(const std::string& steps) {
+  const auto lines = linesOf(inChild([&steps] {
     PluginLibrary::instance().plaskDllMain(1, &lendsCreatorRegistry);
     TestHost host;
-    AEffect* effects[2] = {host.create(), nullptr};
-    std::printf("made first\n");
-    effects[1] = host.create();
-    std::printf("made second\n");
-    for (const int which : closeOrder) {
-      closeEffect(effects[which]);
-      std::printf("closed %s\n", which == 0 ? "first" : "second");
+    std::vector<AEffect*> made;
+    for (const char step : steps) {
+      host.serveIniFile = step != '!';
+      if (step == '+' || step == '!') {
+        made.push_back(host.create());
+        std::printf("%s%zu\n", made.back() ? "made" : "refused", made.size() - 1);
+      } else {
+        closeEffect(made[static_cast<std::size_t>(step - '0')]);
+        std::printf("closed%c\n", step);
+      }
     }
   }));
-}
-
-std::string creatorIn(const std::string& line) {
-  return line.substr(line.find(' ') + 1);
+  std::string log;
+  std::string creator;
+  for (const std::string& line : lines) {
+    const std::size_t space = line.find(' ');
+    if (space != std::string::npos) {
+      if (creator.empty()) creator = line.substr(space + 1);
+      EXPECT_EQ(line.substr(space + 1), creator);
+      EXPECT_NE(creator, "(nil)");
+    }
+    log += (log.empty() ? "" : " ") + (space == std::string::npos ? line : line.substr(0, 1));
+  }
+  return log;
 }
 
 }  // namespace
 
-TEST(ControlCreator, FirstInstanceRegistersLastUnregistersTheSameCreator) {
+TEST(ControlCreator, FirstLiveInstanceRegistersLastUnregisters) {
   const struct {
-    const char* name;
-    std::vector<int> closeOrder;
-    const char* firstClosed;
-    const char* lastClosed;
-  } cases[] = {{"first made closes first", {0, 1}, "closed first", "closed second"},
-               {"second made closes first", {1, 0}, "closed second", "closed first"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    const std::vector<std::string> lines = twoInstanceLife(c.closeOrder);
-    ASSERT_EQ(lines.size(), 6u) << ::testing::PrintToString(lines);
-    const std::string creator = creatorIn(lines[0]);
-    EXPECT_NE(creator, "(nil)");
-    EXPECT_EQ(lines,
-              (std::vector<std::string>{"register " + creator, "made first", "made second",
-                                        c.firstClosed, "unregister " + creator, c.lastClosed}));
-  }
-}
-
-TEST(ControlCreator, AnInstanceAfterTheLastClosedRegistersAgain) {
-  const std::vector<std::string> lines = linesOf(inChild([] {
-    PluginLibrary::instance().plaskDllMain(1, &lendsCreatorRegistry);
-    TestHost host;
-    for (int round = 1; round <= 2; ++round) {
-      AEffect* effect = host.create();
-      std::printf("made %d\n", round);
-      closeEffect(effect);
-      std::printf("closed %d\n", round);
-    }
-  }));
-  ASSERT_EQ(lines.size(), 8u) << ::testing::PrintToString(lines);
-  const std::string registered = "register " + creatorIn(lines[0]);
-  const std::string unregistered = "unregister " + creatorIn(lines[0]);
-  EXPECT_EQ(lines, (std::vector<std::string>{registered, "made 1", unregistered, "closed 1",
-                                             registered, "made 2", unregistered, "closed 2"}));
-}
-
-TEST(ControlCreator, AnInstanceRefusedForWantOfTheIniFileRegistersNothing) {
-  const std::vector<std::string> lines = linesOf(inChild([] {
-    PluginLibrary::instance().plaskDllMain(1, &lendsCreatorRegistry);
-    TestHost host;
-    host.serveIniFile = false;
-    std::printf("made %s\n", host.create() == nullptr ? "none" : "one");
-  }));
-  EXPECT_EQ(lines, (std::vector<std::string>{"made none"}));
+    const char* steps;
+    const char* log;
+  } cases[] = {
+      {"++01", "r made0 made1 closed0 u closed1"},
+      {"++10", "r made0 made1 closed1 u closed0"},
+      {"+0+1", "r made0 u closed0 r made1 u closed1"},  // again after the last one closed
+      {"!", "refused0"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(lifeOf(c.steps), c.log) << c.steps;
 }
