@@ -1,7 +1,8 @@
 // The flat parameter list: names, values, display texts, marks, and reports to the host.
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <functional>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <thread>
@@ -163,52 +164,46 @@ TEST_F(Parameters, DisplayTextsOfCurrentAndGivenValues) {
   }
 }
 
-TEST_F(Parameters, MuteSoloReportsAutomateThenEndEdit) {
-  plugin->inputs[1].solo = 1;
-  host.clear();
-  notifyMuteSolo(*plugin, 1, true, false);
-  notifyMuteSolo(*plugin, 1, false, true);
-  notifyMuteSolo(*plugin, 2, true, true);  // no such input
-  notifyMuteSolo(*plugin, -1, false, true);
-  const auto calls = host.calls();
-  ASSERT_EQ(calls.size(), 4u);
-  EXPECT_EQ(calls[0].opcode, audioMasterAutomate);
-  EXPECT_EQ(calls[0].index, 4 + 10 + 9);
-  EXPECT_EQ(calls[0].opt, 1.0f);
-  EXPECT_EQ(calls[1].opcode, audioMasterEndEdit);
-  EXPECT_EQ(calls[1].index, 23);
-  EXPECT_EQ(calls[2].index, 4 + 20 + 7 + 5);
-  EXPECT_EQ(calls[2].opt, 0.0f);
-}
-
-TEST_F(Parameters, GroupEditReportsTheSelectedInputsByMode) {
+TEST_F(Parameters, EditorReportsAreAutomationThenEndEditOfTheTouchedValues) {
   setInputCount(*plugin, 3);
+  plugin->inputs[1].solo = 1;
   plugin->inputs[0].selected = plugin->inputs[2].selected = 1;
   plugin->inputs[2].x = 0.5;
   plugin->inputs[2].z = -1.0;
   plugin->inputs[2].diffuseBias = 0.5;
-  host.clear();
-  notifyGroupEdit(*plugin, 0, false);
-  auto calls = host.calls();
-  ASSERT_EQ(calls.size(), 4u);  // x, y of inputs 0 and 2
-  EXPECT_EQ(calls[2].index, 4 + 20 + 1);
-  EXPECT_EQ(calls[2].opt, 0.75f);
-  host.clear();
-  notifyGroupEdit(*plugin, 2, true);  // Low/High adds z; each value is ended
-  calls = host.calls();
-  ASSERT_EQ(calls.size(), 12u);
-  EXPECT_EQ(calls[10].index, 4 + 20 + 3);
-  EXPECT_EQ(calls[10].opt, 0.0f);
-  EXPECT_EQ(calls[11].opcode, audioMasterEndEdit);
-  host.clear();
-  notifyGroupEdit(*plugin, 8, false);  // bias only
-  calls = host.calls();
-  ASSERT_EQ(calls.size(), 2u);
-  EXPECT_EQ(calls[1].index, 4 + 20 + 6);
-  EXPECT_EQ(calls[1].opt, 0.75f);
-  host.clear();
-  notifyGroupEdit(*plugin, 12, false);  // towards a speaker: x, y, z
-  EXPECT_EQ(host.calls().size(), 6u);
+  const int in3 = 4 + 20;
+  const struct {
+    std::function<void()> edit;
+    std::size_t count, at;  // the calls made, and the one looked at
+    std::int32_t opcode, index;
+    float value;
+  } cases[] = {
+      {[&] { notifyMuteSolo(*plugin, 1, true, false); }, 2, 0, audioMasterAutomate, 14 + 9, 1},
+      {[&] { notifyMuteSolo(*plugin, 1, true, false); }, 2, 1, audioMasterEndEdit, 14 + 9, 0},
+      {[&] { notifyMuteSolo(*plugin, 1, false, true); }, 2, 0, audioMasterAutomate, 34 + 12, 0},
+      {[&] { notifyMuteSolo(*plugin, 3, true, true); }, 0, 0, 0, 0, 0},  // no such input
+      {[&] { notifyMuteSolo(*plugin, -1, false, true); }, 0, 0, 0, 0, 0},
+      // Group edits report x and y of each selected input; Low/High adds z; mode 8 is the bias
+      // alone; towards a speaker moves x, y and z.
+      {[&] { notifyGroupEdit(*plugin, 0, false); }, 4, 2, audioMasterAutomate, in3 + 1, 0.75f},
+      {[&] { notifyGroupEdit(*plugin, 2, true); }, 12, 10, audioMasterAutomate, in3 + 3, 0},
+      {[&] { notifyGroupEdit(*plugin, 2, true); }, 12, 11, audioMasterEndEdit, in3 + 3, 0},
+      {[&] { notifyGroupEdit(*plugin, 8, false); }, 2, 1, audioMasterAutomate, in3 + 6, 0.75f},
+      {[&] { notifyGroupEdit(*plugin, 12, false); }, 6, 5, audioMasterAutomate, in3 + 3, 0},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    SCOPED_TRACE(i);
+    host.clear();
+    cases[i].edit();
+    const auto calls = host.calls();
+    ASSERT_EQ(calls.size(), cases[i].count);
+    if (calls.empty()) continue;
+    EXPECT_EQ(calls[cases[i].at].opcode, cases[i].opcode);
+    EXPECT_EQ(calls[cases[i].at].index, cases[i].index);
+    if (cases[i].opcode == audioMasterAutomate) {
+      EXPECT_EQ(calls[cases[i].at].opt, cases[i].value);
+    }
+  }
 }
 
 TEST(ParameterThreads, HostAccessDuringCountChangesStaysInsideTheArrays) {

@@ -43,20 +43,6 @@ DLGPROC prepareDialog(const char* context, HINSTANCE, int resourceId, DLGPROC, L
   return &localizedProcedure;
 }
 
-class LocalizedDialog : public ::testing::Test {
- protected:
-  void SetUp() override {
-    plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] =
-        reinterpret_cast<PlaskGenericFn>(&createDialog);
-    dialog = {};
-  }
-  void TearDown() override {
-    plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] = nullptr;
-    hostApi = HostApi{};
-  }
-  HWND parent = reinterpret_cast<HWND>(0x77);
-};
-
 const char* iniFile() {
   return "x";
 }
@@ -71,16 +57,18 @@ VstIntPtr lookUp(AEffect*, std::int32_t, std::int32_t, VstIntPtr, void* ptr, flo
 
 }  // namespace
 
-TEST_F(LocalizedDialog, WithoutTheHostsHookTheDialogGetsOurProcedureAndParameter) {
-  const HWND window = createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 0);
-  EXPECT_EQ(window, reinterpret_cast<HWND>(0x1234));
+TEST(LocalizedDialog, TheHostsHookReplacesProcedureAndParameterOfModelessDialogs) {
+  plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] =
+      reinterpret_cast<PlaskGenericFn>(&createDialog);
+  const HWND parent = reinterpret_cast<HWND>(0x77);
+  EXPECT_EQ(createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 1), nullptr);
+  EXPECT_EQ(dialog.calls, 0);  // only modeless dialogs are made
+  EXPECT_EQ(createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 0),
+            reinterpret_cast<HWND>(0x1234));
   EXPECT_EQ(dialog.resourceId, 101);
   EXPECT_EQ(dialog.parent, parent);
-  EXPECT_EQ(dialog.procedure, &ownProcedure);
+  EXPECT_EQ(dialog.procedure, &ownProcedure);  // without the host's hook: ours, as given
   EXPECT_EQ(dialog.param, 42);
-}
-
-TEST_F(LocalizedDialog, TheHostsHookReplacesProcedureAndParameter) {
   hostApi.__localizePrepareDialog = &prepareDialog;
   createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 0);
   EXPECT_EQ(prepare.context, "spatiola_");
@@ -89,11 +77,8 @@ TEST_F(LocalizedDialog, TheHostsHookReplacesProcedureAndParameter) {
   EXPECT_TRUE(prepare.fifthWasNull);
   EXPECT_EQ(dialog.procedure, &localizedProcedure);
   EXPECT_EQ(dialog.param, reinterpret_cast<LPARAM>(prepare.scratch));
-}
-
-TEST_F(LocalizedDialog, OnlyModelessDialogsAreMade) {
-  EXPECT_EQ(createLocalizedDialog(nullptr, 101, parent, &ownProcedure, 42, 1), nullptr);
-  EXPECT_EQ(dialog.calls, 0);
+  plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] = nullptr;
+  hostApi = HostApi{};
 }
 
 TEST(HostFunctions, EveryFetchOverwritesTheTable) {
