@@ -206,7 +206,6 @@ TEST(RingPositions, RingsLayersAndPolesAtTheirAngles) {
       {32, 20, 0, 2 * d3},              // second layer
       {32, 30, 0, M_PI / 2},            // the poles come last, upper first
       {32, 31, 0, -M_PI / 2},
-      {48, 19, 0, -d4},                     // lower ring right after the upper
       {48, 34, 2 * M_PI / 6 * 2, -2 * d4},  // third point of the lower ring of layer 2
       {48, 40, 2 * M_PI / 4 * 2, 3 * d4},   // third point of the top ring
       {64, 52, 0, 3 * d4},                  // top ring

