@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 int BlockSizer::next() {
   if (!random_) return largest_;
@@ -33,12 +34,22 @@ std::int64_t residentBytes() {
   return read == 2 ? residentPages * static_cast<std::int64_t>(sysconf(_SC_PAGESIZE)) : 0;
 }
 
+double threadCpuSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
 double SoakInterval::meanBlockMicroseconds() const {
   return blocks > 0 ? busySeconds * 1e6 / static_cast<double>(blocks) : 0.0;
 }
 
 double SoakInterval::nanosecondsPerFrame() const {
   return frames > 0 ? busySeconds * 1e9 / static_cast<double>(frames) : 0.0;
+}
+
+double SoakInterval::cpuNanosecondsPerFrame() const {
+  return frames > 0 ? cpuSeconds * 1e9 / static_cast<double>(frames) : 0.0;
 }
 
 bool SoakRecorder::addBlock(int frames, double blockSeconds, double audioSeconds,
@@ -61,6 +72,9 @@ void SoakRecorder::close(double audioSeconds, double wallSeconds, bool complete)
   open_.audioSeconds = audioSeconds;
   open_.wallSeconds = wallSeconds;
   open_.residentBytes = residentBytes();
+  const double cpuNow = threadCpuSeconds();
+  open_.cpuSeconds = cpuNow - lastCloseCpuSeconds_;
+  lastCloseCpuSeconds_ = cpuNow;
   intervals_.push_back(open_);
   open_ = SoakInterval{};
   lastCloseSeconds_ = wallSeconds;

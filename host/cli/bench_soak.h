@@ -31,6 +31,10 @@ class OutputChecksum {
 // Resident set size of this process in bytes (0 where /proc is unavailable).
 std::int64_t residentBytes();
 
+// Processor time of the calling thread: unlike the wall clock, other processes on the machine
+// do not add to it.
+double threadCpuSeconds();
+
 // Cost and memory of one stretch of the run.
 struct SoakInterval {
   double audioSeconds = 0.0;  // audio position at the end of the stretch
@@ -39,17 +43,20 @@ struct SoakInterval {
   std::int64_t frames = 0;
   double busySeconds = 0.0;  // time spent in the blocks
   double worstBlockSeconds = 0.0;
+  double cpuSeconds = 0.0;  // the whole loop's processor time, checksum and automation included
   std::int64_t residentBytes = 0;
   bool complete = true;  // false for the shorter stretch at the end of the run
 
   double meanBlockMicroseconds() const;
   double nanosecondsPerFrame() const;
+  double cpuNanosecondsPerFrame() const;
 };
 
 // Collects per-block costs and closes an interval every `everySeconds` of wall time.
 class SoakRecorder {
  public:
-  explicit SoakRecorder(double everySeconds) : everySeconds_(everySeconds) {}
+  explicit SoakRecorder(double everySeconds)
+      : everySeconds_(everySeconds), lastCloseCpuSeconds_(threadCpuSeconds()) {}
   // Returns true when this block closed an interval (it is then intervals().back()).
   bool addBlock(int frames, double blockSeconds, double audioSeconds, double wallSeconds);
   // Closes the last, partial interval when it holds any block.
@@ -61,6 +68,7 @@ class SoakRecorder {
 
   double everySeconds_;
   double lastCloseSeconds_ = 0.0;
+  double lastCloseCpuSeconds_;
   SoakInterval open_;
   std::vector<SoakInterval> intervals_;
 };

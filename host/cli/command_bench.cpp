@@ -78,12 +78,12 @@ void checksumOutputs(PluginInstance& instance, OutputChecksum& checksum, int fra
 void printInterval(std::ostream& out, const SoakInterval& interval) {
   char line[256];
   std::snprintf(line, sizeof(line),
-                "%8.1f min  audio %9.1f s  rss %8.1f MB  %9.2f us/block  %7.3f ns/frame  "
-                "worst %9.1f us\n",
+                "%7.1f min  audio %9.1f s  rss %7.1f MB  %8.2f us/block  %7.2f ns/frame  "
+                "cpu %7.2f ns/frame  worst %8.1f us\n",
                 interval.wallSeconds / 60.0, interval.audioSeconds,
                 static_cast<double>(interval.residentBytes) / 1048576.0,
                 interval.meanBlockMicroseconds(), interval.nanosecondsPerFrame(),
-                interval.worstBlockSeconds * 1e6);
+                interval.cpuNanosecondsPerFrame(), interval.worstBlockSeconds * 1e6);
   out << line << std::flush;
 }
 
@@ -129,9 +129,10 @@ void printSoakSummary(std::ostream& out, std::vector<SoakInterval> intervals) {
   const SoakInterval& last = intervals.back();
   char line[256];
   std::snprintf(line, sizeof(line),
-                "soak        last/first: cost per frame x%.3f, worst block x%.3f, rss %+.1f MB "
-                "(%.1f -> %.1f MB, %d intervals)\n",
+                "soak        last/first: cost per frame x%.3f, cpu per frame x%.3f, worst block "
+                "x%.3f, rss %+.1f MB (%.1f -> %.1f MB, %d intervals)\n",
                 last.nanosecondsPerFrame() / first.nanosecondsPerFrame(),
+                last.cpuNanosecondsPerFrame() / first.cpuNanosecondsPerFrame(),
                 last.worstBlockSeconds / first.worstBlockSeconds,
                 static_cast<double>(last.residentBytes - first.residentBytes) / 1048576.0,
                 static_cast<double>(first.residentBytes) / 1048576.0,
