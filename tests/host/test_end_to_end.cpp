@@ -166,8 +166,6 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
        "spatiola: --layout applies to Spatiola only; " + kProbe + " is another plug-in\n"},
       {{"render", "--plugin", kProbe, in, path("o.xyz")},
        "spatiola: cannot tell the output format from '" + path("o.xyz") + "'"},
-      {{"bench", "--plugin", kProbe, "--outputs", "8"},
-       "spatiola: --outputs applies to Spatiola only"},
   };
   for (const Case& c : cases) {
     const CommandResult run = spatiola(c.args);

@@ -117,19 +117,15 @@ TEST(SceneJson, BadInputNamesThePlace) {
   for (int i = 1; i < 65; ++i) many += ", {}";
   const std::pair<std::string, std::string> cases[] = {
       {R"({"inputs": [{}, {}, {}, {"gain": 7.5}]})", "inputs[3].gain: 7.5 is outside 0..4"},
-      {R"({"inputs": [{"gain": "loud"}]})", "inputs[0].gain: expected a number, found \"loud\""},
       {R"({"inputs": [{"mute": 1}]})", "inputs[0].mute: expected true or false, found 1"},
       {R"({"inputs": [{"volume": 1}]})", "inputs[0]: unknown key \"volume\""},
       {R"({"speakers": {}})", "speakers: expected a list, found {}"},
       {R"({"zoom": 0.05})", "zoom: 0.05 is outside 0.1..0.9500000476837158"},
-      {R"({"roomScale": {"w": 1}})", "roomScale: unknown key \"w\""},
       {R"({"layout": "6.1 surround"})",
        "layout: \"6.1 surround\" is not a layout (\"user setup\", \"stereo\", ... \"9.1 ITU-R\", "
        "or \"none\")"},
       {R"({"inputFaderOffset": 6})", "inputFaderOffset: 6 is not a multiple of 4"},
       {R"({"userSpeakerCount": 1.5})", "userSpeakerCount: expected a whole number, found 1.5"},
-      {R"({"groupKnobModes": [0, 6]})", "groupKnobModes: expected 3 whole numbers, found [0,6]"},
-      {R"({"format": "other"})", "format: expected \"spatiola-scene\""},
       {R"([1, 2])", "scene: expected an object, found [1,2]"},
       {R"({"inputs": [{"nameHex": "4g"}]})", "inputs[0].nameHex: expected pairs of hex digits"},
       {R"({"inputs": [{"name": "a", "nameHex": "61"}]})",
