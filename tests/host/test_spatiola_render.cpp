@@ -1,5 +1,5 @@
 // The spatiola program with the Spatiola plug-in: layouts, speaker positions in the file, levels
-// against the gain law, state files, the demo and bench.
+// against the gain law, state files and the demo; bench has its own tests.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -115,15 +115,4 @@ TEST_F(SpatiolaRender, DemoWritesA51FileItsLevelsAndTheRoom) {
   const auto picture = graphics::readPng(path("demo/room.png"), &error);
   ASSERT_NE(picture, nullptr) << error;
   EXPECT_EQ(std::pair(picture->getWidth(), picture->getHeight()), std::pair(480, 480));
-}
-
-TEST_F(SpatiolaRender, BenchReportsRealTimeFactorAndBlockCostForTheRequestedShape) {
-  const CommandResult run = spatiola({"bench", "--inputs", "8", "--outputs", "16", "--seconds",
-                                      "0.2", "--block", "128", "--repeat", "3", "--moving"});
-  ASSERT_EQ(run.exitCode, 0) << run.err;
-  for (const char* part :
-       {"shape       8 in -> 16 out, block 128, 0.2 s at 48000 Hz, moving automation",
-        "real time   x", "(median of 3 runs)", "per block   "}) {
-    EXPECT_TRUE(contains(run.out, part)) << run.out;
-  }
 }
