@@ -20,6 +20,9 @@ inline BitmapPtr newBitmap(int width, int height, DAUB_pixel fill = 0xFF000000) 
 inline int red(DAUB_pixel p) {
   return static_cast<int>((p >> 16) & 0xFF);
 }
+inline int green(DAUB_pixel p) {
+  return static_cast<int>((p >> 8) & 0xFF);
+}
 inline int blue(DAUB_pixel p) {
   return static_cast<int>(p & 0xFF);
 }
