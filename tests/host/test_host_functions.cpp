@@ -30,22 +30,14 @@ int translate(MSG*, AcceleratorRegister*) {
 
 }  // namespace
 
-TEST(HostFunctions, TableListsAll39NamesWithTheOnesOffered) {
-  const HostFunctionInfo* table = hostFunctionTable();
-  std::set<std::string> offered;
-  for (int i = 0; i < kHostFunctionCount; ++i) {
-    if (table[i].offered) offered.insert(table[i].name);
-  }
-  EXPECT_STREQ(table[0].name, "GetResourcePath");
-  EXPECT_STREQ(table[38].name, "__localizePrepareDialog");
-  for (const char* name : {"get_ini_file", "SLIDER2DB", "DB2SLIDER", "plugin_register",
-                           "fxGetSafeMode", "fxSetSafeMode", "GetWindowDPIScalingForDialog",
-                           "__localizeFunc", "__localizePrepareDialog"}) {
-    EXPECT_EQ(offered.count(name), 1u) << name;
-  }
-  EXPECT_EQ(findHostFunction("vac_createGroupsFromTab"), nullptr);
-  EXPECT_EQ(findHostFunction("NoSuchHostFunction"), nullptr);
-  EXPECT_EQ(findHostFunction(nullptr), nullptr);
+// The offered functions are fetched by name below and by the probe plug-in; here the rest.
+TEST(HostFunctions, TableListsAll39NamesAndOnlyOffersSome) {
+  EXPECT_STREQ(hostFunctionTable()[0].name, "GetResourcePath");
+  EXPECT_STREQ(hostFunctionTable()[kHostFunctionCount - 1].name, "__localizePrepareDialog");
+  EXPECT_EQ(kHostFunctionCount, 39);
+  for (const char* name :
+       {"vac_createGroupsFromTab", "NoSuchHostFunction", static_cast<const char*>(nullptr)})
+    EXPECT_EQ(findHostFunction(name), nullptr) << (name ? name : "null");
 }
 
 // get_ini_file and SLIDER2DB are checked through the probe plug-in, which fetches them itself.
