@@ -9,8 +9,19 @@
 #include <tuple>
 #include <vector>
 
-#include "tests/host/command_runner.h"
 #include "tests/host/temp_config.h"
+
+struct CommandResult {
+  int exitCode = -1;  // 128 + n when killed by signal n
+  std::string out;
+  std::string err;
+};
+
+// Runs a program the way a user would: argv[0] is its path, `stdinPath` (optional) is fed as
+// standard input, and what it printed is kept.
+CommandResult runCommand(const std::vector<std::string>& argv, const std::string& stdinPath = "");
+// The whole file as bytes; empty when it cannot be read.
+std::string readFile(const std::string& path);
 
 // An audio file as libsndfile reads it: interleaved samples and the file's description.
 struct AudioData {

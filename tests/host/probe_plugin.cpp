@@ -30,18 +30,14 @@ struct Probe {
   audioMasterCallback host = nullptr;
   DAUB_ClearFn clear = nullptr;
   DAUB_FillRectFn fillRect = nullptr;
-  float gain = 0.5f;
-  float mode = 0.0f;
-  int trackChannels = 0;
-  int idleCalls = 0;
-  int processCalls = 0;
+  float gain = 0.5f, mode = 0.0f;
+  int trackChannels = 0, idleCalls = 0, processCalls = 0;
   std::string iniFile;
   double sliderAtTop = 0.0;
   std::string chunk;
 };
 
-int boundNames = 0;
-int dllMainCalls = 0;
+int boundNames = 0, dllMainCalls = 0;
 char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
 
 Probe* probeOf(AEffect* effect) {
@@ -160,13 +156,11 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       copyText(ptr, index == 0 ? "x2" : "");
       return 0;
     case effGetEffectName:
-      copyText(ptr, "Probe");
-      return 1;
     case effGetVendorString:
-      copyText(ptr, "Host Tests");
-      return 1;
     case effGetProductString:
-      copyText(ptr, "Probe Plug-in");
+      copyText(ptr, opcode == effGetEffectName     ? "Probe"
+                    : opcode == effGetVendorString ? "Host Tests"
+                                                   : "Probe Plug-in");
       return 1;
     case effGetVendorVersion:
       return 7;
@@ -249,8 +243,7 @@ AEffect* createProbe(audioMasterCallback host) {
   e.getParameter = getParameter;
   e.numPrograms = 1;
   e.numParams = kParameterCount;
-  e.numInputs = channels;
-  e.numOutputs = channels;
+  e.numInputs = e.numOutputs = channels;
   e.flags = effFlagsCanReplacing | effFlagsProgramChunks;
 #ifndef PROBE_FLOAT_ONLY
   e.flags |= effFlagsCanDoubleReplacing;

@@ -1,11 +1,7 @@
-// The settings file: where it lives, the INI format, safe-mode flags and the display scale.
+// The settings file: where it lives, the INI format and the display scale; safe-mode flags are
+// checked through the host functions that write them.
 #include <gtest/gtest.h>
 #include <stdlib.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "host/services/ini_file.h"
 #include "host/services/settings.h"
@@ -32,23 +28,6 @@ TEST(IniFile, ParsesSectionsKeysAndCommentsIgnoringCase) {
   EXPECT_FALSE(file.value("second", "missing").has_value());
   EXPECT_FALSE(file.value("third", "x").has_value());
   EXPECT_EQ(file.sectionNames(), (std::vector<std::string>{"Main", "second"}));
-}
-
-TEST(SafeMode, FlagsPersistPerPluginFile) {
-  TempConfig config;
-  EXPECT_EQ(safeModeFlags("/plugins/a.so"), 0);
-  ASSERT_TRUE(setSafeModeFlags("/plugins/a.so", 5));
-  ASSERT_TRUE(setSafeModeFlags("/odd/na=me[1];%.so", 2));
-  ASSERT_TRUE(setSafeModeFlags("/plugins/a.so", 3));
-  EXPECT_EQ(safeModeFlags("/plugins/a.so"), 3);
-  EXPECT_EQ(safeModeFlags("/odd/na=me[1];%.so"), 2);
-  EXPECT_EQ(safeModeFlags("/plugins/b.so"), 0);
-  // Written to the settings file, where a new process finds it.
-  std::ifstream in(settingsFilePath());
-  std::stringstream text;
-  text << in.rdbuf();
-  EXPECT_NE(text.str().find("[safemode]\n/plugins/a.so=3\n"), std::string::npos) << text.str();
-  EXPECT_NE(text.str().find("/odd/na%3Dme%5B1]%3B%25.so=2"), std::string::npos) << text.str();
 }
 
 TEST(DisplayScale, OverrideThenSettingThenUnity) {
