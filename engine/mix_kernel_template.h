@@ -35,25 +35,30 @@ struct TileJob {
   Vec* peaks;
 };
 
-// Every input summed into S outputs over V vectors of samples from n0, in input order.
+// The register tile's loops must be unrolled whatever the optimisation level: only then do the
+// accumulators live in registers.
+#define SPATIOLA_TILE_LOOP _Pragma("GCC unroll 16")
+
 template <int S, int V>
-inline void steadySpan(const TileJob& job, int n0) {
-  Vec acc[S][V];
-  for (auto& row : acc) {
-    for (Vec& a : row) a = Ops::zero();
-  }
-  const MixPlan& plan = *job.plan;
-  for (int k = 0; k < plan.inputCount; ++k) {
-    const double* x = plan.inputs[k] + n0;
-    Vec xv[V];
-    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
-    const double* g = job.gains + k * S;
-    for (int s = 0; s < S; ++s) {
-      const Vec gain = Ops::broadcast(g + s);
-      for (int v = 0; v < V; ++v) acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
-    }
-  }
+inline void clearTile(Vec (&acc)[S][V]) {
+  SPATIOLA_TILE_LOOP
   for (int s = 0; s < S; ++s) {
+    SPATIOLA_TILE_LOOP
+    for (int v = 0; v < V; ++v) acc[s][v] = Ops::zero();
+  }
+}
+
+template <int V>
+inline void loadSamples(Vec (&xv)[V], const double* x) {
+  SPATIOLA_TILE_LOOP
+  for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
+}
+
+template <int S, int V>
+inline void storeTile(const TileJob& job, int n0, const Vec (&acc)[S][V]) {
+  SPATIOLA_TILE_LOOP
+  for (int s = 0; s < S; ++s) {
+    SPATIOLA_TILE_LOOP
     for (int v = 0; v < V; ++v) {
       Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
       job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
@@ -61,36 +66,51 @@ inline void steadySpan(const TileJob& job, int n0) {
   }
 }
 
+// Every input summed into S outputs over V vectors of samples from n0, in input order.
+template <int S, int V>
+inline void steadySpan(const TileJob& job, int n0) {
+  Vec acc[S][V];
+  clearTile(acc);
+  const MixPlan& plan = *job.plan;
+  const double* g = job.gains;
+  for (int k = 0; k < plan.inputCount; ++k, g += S) {
+    Vec xv[V];
+    loadSamples(xv, plan.inputs[k] + n0);
+    SPATIOLA_TILE_LOOP
+    for (int s = 0; s < S; ++s) {
+      const Vec gain = Ops::broadcast(g + s);
+      SPATIOLA_TILE_LOOP
+      for (int v = 0; v < V; ++v) acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
+    }
+  }
+  storeTile(job, n0, acc);
+}
+
 // As steadySpan with the gain of sample n at applied + (n + 1) * step.
 template <int S, int V>
 inline void rampSpan(const TileJob& job, int n0) {
   Vec acc[S][V];
   Vec position[V];
+  SPATIOLA_TILE_LOOP
   for (int v = 0; v < V; ++v) position[v] = Ops::ramp(n0 + 1.0 + v * kWidth);
-  for (auto& row : acc) {
-    for (Vec& a : row) a = Ops::zero();
-  }
+  clearTile(acc);
   const MixPlan& plan = *job.plan;
-  for (int k = 0; k < plan.inputCount; ++k) {
-    const double* x = plan.inputs[k] + n0;
+  const double* g = job.gains;
+  const double* d = job.steps;
+  for (int k = 0; k < plan.inputCount; ++k, g += S, d += S) {
     Vec xv[V];
-    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
-    const double* g = job.gains + k * S;
-    const double* d = job.steps + k * S;
+    loadSamples(xv, plan.inputs[k] + n0);
+    SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
       const Vec applied = Ops::broadcast(g + s);
       const Vec step = Ops::broadcast(d + s);
+      SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) {
         acc[s][v] = Ops::mulAdd(xv[v], Ops::mulAdd(position[v], step, applied), acc[s][v]);
       }
     }
   }
-  for (int s = 0; s < S; ++s) {
-    for (int v = 0; v < V; ++v) {
-      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
-      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
-    }
-  }
+  storeTile(job, n0, acc);
 }
 
 template <bool Ramp, int S, int V>
