@@ -173,28 +173,19 @@ void bindBuffers(MixEngine& engine, const BlockCapture& block, double** inputs, 
   plan.outputPeaks = engine.outputPeaks;
 }
 
-double largestMagnitude(const double* samples, int frames) {
-  double peak = 0.0;
-  for (int n = 0; n < frames; ++n) {
-    const double a = std::fabs(samples[n]);
-    peak = a > peak ? a : peak;
-  }
-  return peak;
-}
-
 void raisePeak(std::atomic<double>& meter, double peak) {
   if (peak > meter.load(std::memory_order_relaxed)) meter.store(peak, std::memory_order_relaxed);
 }
 
-void updateInputMeters(PannerPlugin& plugin, const BlockCapture& block, double** inputs,
-                       int frames) {
+void updateInputMeters(PannerPlugin& plugin, const MixKernels& kernels, const BlockCapture& block,
+                       double** inputs, int frames) {
   for (int j = 0; j < kMeterSlots; ++j) {
     const int i = block.inputFaderOffset + j;
     if (i >= block.inputs || !isSet(block.inputAudible, i)) {
       plugin.inputPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
       raisePeak(plugin.inputPeaks[j],
-                largestMagnitude(inputs[i], frames) * std::fabs(block.meterGains[j]));
+                kernels.largestMagnitude(inputs[i], frames) * std::fabs(block.meterGains[j]));
     }
   }
 }
@@ -233,10 +224,10 @@ void mixBlock(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& block
   if (frames > 0) {
     bindBuffers(engine, block, inputs, outputs, frames);
     clearSilentOutputs(engine, block, outputs, frames);
-    updateInputMeters(plugin, block, inputs, frames);
+    updateInputMeters(plugin, kernels, block, inputs, frames);
     (block.rampActive ? kernels.mixRamp : kernels.mixSteady)(engine.plan);
   } else {
-    updateInputMeters(plugin, block, inputs, frames);
+    updateInputMeters(plugin, kernels, block, inputs, frames);
   }
   updateSpeakerMeters(plugin, engine, block, frames);
   if (block.rampPrepared) {

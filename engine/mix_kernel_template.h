@@ -61,7 +61,7 @@ inline void storeTile(const TileJob& job, int n0, const Vec (&acc)[S][V]) {
     SPATIOLA_TILE_LOOP
     for (int v = 0; v < V; ++v) {
       Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
-      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
+      job.peaks[s] = Ops::max(Ops::abs(acc[s][v]), job.peaks[s]);  // a NaN leaves the peak
     }
   }
 }
@@ -189,6 +189,24 @@ void mix(const MixPlan& plan) {
     plan.outputPeaks[j] = larger(plan.outputPeaks[j], Ops::horizontalMax(peaks[j]));
   }
   scalarTail<Ramp>(plan, vectorEnd);
+}
+
+// The largest |sample| of a channel; NaN samples are passed over.
+double largestMagnitude(const double* samples, int frames) {
+  constexpr int kLanes = 4;
+  Vec peak[kLanes] = {Ops::zero(), Ops::zero(), Ops::zero(), Ops::zero()};
+  int n = 0;
+  for (; n + kLanes * kWidth <= frames; n += kLanes * kWidth) {
+    SPATIOLA_TILE_LOOP
+    for (int v = 0; v < kLanes; ++v)
+      peak[v] = Ops::max(Ops::abs(Ops::load(samples + n + v * kWidth)), peak[v]);
+  }
+  for (; n + kWidth <= frames; n += kWidth)
+    peak[0] = Ops::max(Ops::abs(Ops::load(samples + n)), peak[0]);
+  double result =
+      Ops::horizontalMax(Ops::max(Ops::max(peak[0], peak[1]), Ops::max(peak[2], peak[3])));
+  for (; n < frames; ++n) result = larger(result, magnitude(samples[n]));
+  return result;
 }
 
 void mixSteady(const MixPlan& plan) {
