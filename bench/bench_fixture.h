@@ -45,6 +45,7 @@ class PackedPlan {
   std::vector<double> packedGains_;
   std::vector<double> packedSteps_;
   std::vector<double> peaks_;
+  std::unique_ptr<MixScratch> scratch_ = std::make_unique<MixScratch>();
 };
 
 // An instance with `inputs` inputs and `outputs` speakers of a generated layout, its engine made

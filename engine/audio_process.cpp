@@ -171,6 +171,7 @@ void bindBuffers(MixEngine& engine, const BlockCapture& block, double** inputs, 
   plan.gains = engine.packedGains;
   plan.steps = block.rampActive ? engine.packedSteps : nullptr;
   plan.outputPeaks = engine.outputPeaks;
+  plan.scratch = engine.scratch.samples;
 }
 
 void raisePeak(std::atomic<double>& meter, double peak) {
@@ -192,15 +193,17 @@ void updateInputMeters(PannerPlugin& plugin, const MixKernels& kernels, const Bl
 
 void updateSpeakerMeters(PannerPlugin& plugin, const MixEngine& engine, const BlockCapture& block,
                          int frames) {
-  double peakOf[kMaxSpeakers] = {};
-  for (int j = 0; j < engine.plan.outputCount; ++j)
-    peakOf[engine.speakerOfOutput[j]] = engine.outputPeaks[j];
+  double slotPeaks[kMeterSlots] = {};
+  for (int j = 0; j < engine.plan.outputCount; ++j) {
+    const int slot = engine.speakerOfOutput[j] - block.speakerFaderOffset;
+    if (slot >= 0 && slot < kMeterSlots) slotPeaks[slot] = engine.outputPeaks[j];
+  }
   for (int j = 0; j < kMeterSlots; ++j) {
     const int s = block.speakerFaderOffset + j;
     if (s >= block.outputs || !isSet(block.speakerAudible, s)) {
       plugin.speakerPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
-      raisePeak(plugin.speakerPeaks[j], peakOf[s]);
+      raisePeak(plugin.speakerPeaks[j], slotPeaks[j]);
     }
   }
 }

@@ -1,6 +1,8 @@
 // The output-stationary mix, written once for every instruction set. A tile of speakers x sample
 // vectors stays in registers while the loop runs over all inputs; sample chunks are outermost so
-// that each chunk of every input stays in the first-level cache while all tiles read it.
+// that each chunk of every input stays in the first-level cache while all tiles read it. With many
+// inputs each chunk is first copied into the plan's scratch rows: host buffers a page apart would
+// otherwise all fall into the same few cache sets and evict each other.
 //
 // Included by one file per instruction set after vector_ops.h and the tile constants
 // kSteadySpeakers, kSteadyVectors, kRampSpeakers, kRampVectors and kChunkFrames; everything here
@@ -27,8 +29,12 @@ inline double magnitude(double a) {
   return a < 0 ? -a : a;
 }
 
+static_assert(kChunkFrames <= kMixScratchFrames && kChunkFrames % kWidth == 0);
+
 struct TileJob {
   const MixPlan* plan;
+  const double* const* rows;  // samples of each input, frame `rowOrigin` first
+  int rowOrigin;
   const double* gains;  // this tile's packed gains, [input][speaker of the tile]
   const double* steps;
   double* const* outputs;
@@ -75,7 +81,7 @@ inline void steadySpan(const TileJob& job, int n0) {
   const double* g = job.gains;
   for (int k = 0; k < plan.inputCount; ++k, g += S) {
     Vec xv[V];
-    loadSamples(xv, plan.inputs[k] + n0);
+    loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
     SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
       const Vec gain = Ops::broadcast(g + s);
@@ -99,7 +105,7 @@ inline void rampSpan(const TileJob& job, int n0) {
   const double* d = job.steps;
   for (int k = 0; k < plan.inputCount; ++k, g += S, d += S) {
     Vec xv[V];
-    loadSamples(xv, plan.inputs[k] + n0);
+    loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
     SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
       const Vec applied = Ops::broadcast(g + s);
@@ -166,21 +172,43 @@ void scalarTail(const MixPlan& plan, int begin) {
   }
 }
 
+// Few inputs share the cache without conflicts: they are read where they are.
+constexpr int kCopyFromInputs = 9;
+
+// Frames [begin, end) of every input into its scratch row.
+void copyChunk(const MixPlan& plan, int begin, int end) {
+  for (int k = 0; k < plan.inputCount; ++k) {
+    const double* from = plan.inputs[k] + begin;
+    double* to = plan.scratch + k * kMixScratchFrames;
+    for (int n = 0; n < end - begin; n += kWidth) Ops::storeAligned(to + n, Ops::load(from + n));
+  }
+}
+
 template <bool Ramp>
 void mix(const MixPlan& plan) {
   constexpr int kTileSpeakers = Ramp ? kRampSpeakers : kSteadySpeakers;
   constexpr int kTileVectors = Ramp ? kRampVectors : kSteadyVectors;
   Vec peaks[kMaxSpeakers];
   for (int j = 0; j < plan.outputCount; ++j) peaks[j] = Ops::zero();
+  const bool copying = plan.inputCount >= kCopyFromInputs;
+  const double* scratchRows[kMaxInputs];
+  for (int k = 0; copying && k < plan.inputCount; ++k)
+    scratchRows[k] = plan.scratch + k * kMixScratchFrames;
   const int vectorEnd = plan.frames - plan.frames % kWidth;
   const int tiles = (plan.outputCount + plan.tileWidth - 1) / plan.tileWidth;
   for (int begin = 0; begin < vectorEnd; begin += kChunkFrames) {
     const int end = smaller(begin + kChunkFrames, vectorEnd);
+    if (copying) copyChunk(plan, begin, end);
     for (int t = 0; t < tiles; ++t) {
       const int first = t * plan.tileWidth;
       const int offset = packedTileOffset(t, plan.tileWidth, plan.inputCount);
-      const TileJob job{&plan, plan.gains + offset, Ramp ? plan.steps + offset : nullptr,
-                        plan.outputs + first, peaks + first};
+      const TileJob job{&plan,
+                        copying ? scratchRows : plan.inputs,
+                        copying ? begin : 0,
+                        plan.gains + offset,
+                        Ramp ? plan.steps + offset : nullptr,
+                        plan.outputs + first,
+                        peaks + first};
       const int width = smaller(plan.tileWidth, plan.outputCount - first);
       tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
     }

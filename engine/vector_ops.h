@@ -14,6 +14,7 @@ struct VectorOps {
   static V zero() { return _mm_setzero_pd(); }
   static V load(const double* p) { return _mm_loadu_pd(p); }
   static void store(double* p, V v) { _mm_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm_set1_pd(*p); }
   static V set(double x) { return _mm_set1_pd(x); }
   static V add(V a, V b) { return _mm_add_pd(a, b); }
@@ -31,6 +32,7 @@ struct VectorOps {
   static V zero() { return _mm256_setzero_pd(); }
   static V load(const double* p) { return _mm256_loadu_pd(p); }
   static void store(double* p, V v) { _mm256_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm256_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm256_broadcast_sd(p); }
   static V set(double x) { return _mm256_set1_pd(x); }
   static V add(V a, V b) { return _mm256_add_pd(a, b); }
@@ -50,6 +52,7 @@ struct VectorOps {
   static V zero() { return _mm512_setzero_pd(); }
   static V load(const double* p) { return _mm512_loadu_pd(p); }
   static void store(double* p, V v) { _mm512_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm512_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm512_set1_pd(*p); }
   static V set(double x) { return _mm512_set1_pd(x); }
   static V add(V a, V b) { return _mm512_add_pd(a, b); }
