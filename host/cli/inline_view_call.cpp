@@ -1,0 +1,49 @@
+#include "host/cli/inline_view_call.h"
+
+#include <cstring>
+
+#include "platform/win32_types.h"
+
+namespace {
+
+// effVendorSpecific index of the inline view; the message number travels in `opt`.
+constexpr std::int32_t kInlineViewIndex = 16;
+constexpr char kInlineViewCanDo[] = "hasTolvekEmbeddedUI";
+
+}  // namespace
+
+InlineDrawInfo::InlineDrawInfo(int widthPx, int heightPx) {
+  setField(kWidthOffset, widthPx);
+  setField(kHeightOffset, heightPx);
+}
+
+void InlineDrawInfo::setMouse(int xPx, int yPx) {
+  setField(kMouseXOffset, xPx);
+  setField(kMouseYOffset, yPx);
+}
+
+void InlineDrawInfo::setFlags(std::uint32_t flags) {
+  setField(kFlagsOffset, static_cast<std::int32_t>(flags));
+}
+
+std::int32_t InlineDrawInfo::field(int byteOffset) const {
+  std::int32_t value = 0;
+  std::memcpy(&value, bytes_.data() + byteOffset, sizeof value);
+  return value;
+}
+
+void InlineDrawInfo::setField(int byteOffset, std::int32_t value) {
+  std::memcpy(bytes_.data() + byteOffset, &value, sizeof value);
+}
+
+bool hasInlineView(PluginInstance& instance) {
+  char name[sizeof kInlineViewCanDo];
+  std::memcpy(name, kInlineViewCanDo, sizeof name);  // the dispatcher takes a mutable pointer
+  return instance.dispatch("effCanDo (inline view)", effCanDo, 0, 0, name) != 0;
+}
+
+bool paintInlineView(PluginInstance& instance, DAUB_IBitmap* bitmap, InlineDrawInfo& info) {
+  const auto bitmapValue = reinterpret_cast<VstIntPtr>(bitmap);
+  return instance.dispatch("inline view WM_PAINT", effVendorSpecific, kInlineViewIndex, bitmapValue,
+                           info.data(), static_cast<float>(WM_PAINT)) == 1;
+}
