@@ -7,9 +7,15 @@
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   ConsoleReporter::ReportRuns(runs);
   for (const Run& run : runs) {
-    if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-    record(run.run_name.str(),
-           run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit));
+    const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
+    if (run.error_occurred || (run.run_type != Run::RT_Iteration && !median)) continue;
+    const double ns =
+        run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
+    if (median) {
+      medians_[run.run_name.str()] = ns;
+    } else {
+      record(run.run_name.str(), ns);
+    }
   }
 }
 
@@ -19,6 +25,8 @@ void RatioReporter::record(const std::string& name, double ns) {
 }
 
 double RatioReporter::nanoseconds(const std::string& name) const {
+  const auto median = medians_.find(name);
+  if (median != medians_.end()) return median->second;
   const auto known = nanoseconds_.find(name);
   return known == nanoseconds_.end() ? std::numeric_limits<double>::quiet_NaN() : known->second;
 }
@@ -35,7 +43,7 @@ const char* verdict(const Ratio& ratio, double value) {
 }  // namespace
 
 void printRatios(const RatioReporter& reporter, const std::vector<Ratio>& ratios) {
-  std::printf("\n%-58s %8s  %s\n", "Ratio (fastest repetition of each)", "value", "target");
+  std::printf("\n%-58s %8s  %s\n", "Ratio (CPU time; median of repetitions)", "value", "target");
   for (const Ratio& ratio : ratios) {
     const double value =
         reporter.nanoseconds(ratio.numerator) / reporter.nanoseconds(ratio.denominator);

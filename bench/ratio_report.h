@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-// The console table as usual, and the CPU time of each benchmark's fastest repetition by name:
-// on a shared machine the wall clock counts other processes too.
+// The console table as usual, and each benchmark's CPU time by name (the median when repeated,
+// else the fastest run): on a shared machine the wall clock counts other processes too.
 class RatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override;
@@ -18,6 +18,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
  private:
   std::map<std::string, double> nanoseconds_;
+  std::map<std::string, double> medians_;
 };
 
 // time(numerator) / time(denominator), held to a limit from below (atLeast) or from above.

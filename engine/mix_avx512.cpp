@@ -1,6 +1,13 @@
 // Kernels for processors with AVX-512 (this file is compiled for them).
 #include <cstdint>
 
+// GCC 12's own AVX-512 intrinsics start from an "undefined" vector that its warnings mistake for an
+// uninitialised one.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #define SPATIOLA_VECTOR_AVX512
 #include "engine/mix_kernels.h"
 #include "engine/vector_ops.h"
