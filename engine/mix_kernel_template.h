@@ -92,14 +92,15 @@ inline void steadySpan(const TileJob& job, int n0) {
   storeTile(job, n0, acc);
 }
 
-// As steadySpan with the gain of sample n at applied + (n + 1) * step.
+// As steadySpan with the gain of sample n at applied + (n + 1) * step. Only the first vector's
+// gains take a multiply-add; the next vectors add kWidth steps, which runs on the adders while the
+// multiply-add units accumulate.
 template <int S, int V>
 inline void rampSpan(const TileJob& job, int n0) {
   Vec acc[S][V];
-  Vec position[V];
-  SPATIOLA_TILE_LOOP
-  for (int v = 0; v < V; ++v) position[v] = Ops::ramp(n0 + 1.0 + v * kWidth);
   clearTile(acc);
+  const Vec position = Ops::ramp(n0 + 1.0);
+  const Vec width = Ops::set(kWidth);
   const MixPlan& plan = *job.plan;
   const double* g = job.gains;
   const double* d = job.steps;
@@ -108,11 +109,13 @@ inline void rampSpan(const TileJob& job, int n0) {
     loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
     SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
-      const Vec applied = Ops::broadcast(g + s);
       const Vec step = Ops::broadcast(d + s);
+      const Vec stride = Ops::mul(step, width);
+      Vec gain = Ops::mulAdd(position, step, Ops::broadcast(g + s));
       SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) {
-        acc[s][v] = Ops::mulAdd(xv[v], Ops::mulAdd(position[v], step, applied), acc[s][v]);
+        acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
+        gain = Ops::add(gain, stride);
       }
     }
   }

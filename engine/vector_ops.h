@@ -18,6 +18,7 @@ struct VectorOps {
   static V broadcast(const double* p) { return _mm_set1_pd(*p); }
   static V set(double x) { return _mm_set1_pd(x); }
   static V add(V a, V b) { return _mm_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm_mul_pd(a, b); }
   // Without fused multiply-add the products round first, exactly as a plain loop does.
   static V mulAdd(V a, V b, V c) { return _mm_add_pd(c, _mm_mul_pd(a, b)); }
   static V abs(V a) { return _mm_andnot_pd(_mm_set1_pd(-0.0), a); }
@@ -36,6 +37,7 @@ struct VectorOps {
   static V broadcast(const double* p) { return _mm256_broadcast_sd(p); }
   static V set(double x) { return _mm256_set1_pd(x); }
   static V add(V a, V b) { return _mm256_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
   static V mulAdd(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
   static V abs(V a) { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), a); }
   static V max(V a, V b) { return _mm256_max_pd(a, b); }
@@ -56,6 +58,7 @@ struct VectorOps {
   static V broadcast(const double* p) { return _mm512_set1_pd(*p); }
   static V set(double x) { return _mm512_set1_pd(x); }
   static V add(V a, V b) { return _mm512_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
   static V mulAdd(V a, V b, V c) { return _mm512_fmadd_pd(a, b, c); }
   static V abs(V a) { return _mm512_abs_pd(a); }
   static V max(V a, V b) { return _mm512_max_pd(a, b); }
