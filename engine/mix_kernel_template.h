@@ -92,15 +92,23 @@ inline void steadySpan(const TileJob& job, int n0) {
   storeTile(job, n0, acc);
 }
 
+// kWidth steps: doubled up on the adders for narrow vectors, one multiply for wide ones.
+inline Vec strideOf(Vec step) {
+  if constexpr (kWidth > 4) return Ops::mul(step, Ops::set(kWidth));
+  Vec stride = step;
+  SPATIOLA_TILE_LOOP
+  for (int w = 1; w < kWidth; w *= 2) stride = Ops::add(stride, stride);
+  return stride;
+}
+
 // As steadySpan with the gain of sample n at applied + (n + 1) * step. Only the first vector's
-// gains take a multiply-add; the next vectors add kWidth steps, which runs on the adders while the
-// multiply-add units accumulate.
+// gains take a multiply-add; the next vectors add a stride of kWidth steps, which runs on the
+// adders while the multiply-add units accumulate.
 template <int S, int V>
 inline void rampSpan(const TileJob& job, int n0) {
   Vec acc[S][V];
   clearTile(acc);
   const Vec position = Ops::ramp(n0 + 1.0);
-  const Vec width = Ops::set(kWidth);
   const MixPlan& plan = *job.plan;
   const double* g = job.gains;
   const double* d = job.steps;
@@ -110,7 +118,7 @@ inline void rampSpan(const TileJob& job, int n0) {
     SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
       const Vec step = Ops::broadcast(d + s);
-      const Vec stride = Ops::mul(step, width);
+      const Vec stride = strideOf(step);
       Vec gain = Ops::mulAdd(position, step, Ops::broadcast(g + s));
       SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) {
