@@ -67,28 +67,36 @@ int __DAUB_dpiAwareFont::GetLineHeight() {
 }
 
 DAUB_IFont* __DAUB_dpiAwareFont::realizeForBitmap(DAUB_IBitmap* bitmap) {
-  std::uint32_t flags = flagsCallback != nullptr ? flagsCallback(0) & ~kIgnoredHostFlag : 0;
-  if (flags != lastFlags) {
-    lastFlags = flags;
-    forgetRealizedSizes();
-  }
-  int height = logFont.lfHeight;
-  int width = logFont.lfWidth;
-  const int scale256 =
-      bitmap != nullptr ? static_cast<int>(bitmap->Extended(DAUB_EXT_GET_EFFECTIVE_SCALE, nullptr))
-                        : 0;
-  if (scale256 != 0) {
-    height = height * scale256 / 256;
-    width = width * scale256 / 256;
-    if (scale256 != 256) flags |= DAUB_FONT_FLAG_SCALED;
-  }
-  const int index = findEntry(height);
+  std::uint32_t flags = currentHostFlags();
+  const PixelSize size = sizeForBitmap(bitmap, flags);
+  const int index = findEntry(size.height);
   std::rotate(fontCache + index, fontCache + index + 1, fontCache + kCacheEntries);
   CacheEntry& entry = fontCache[kCacheEntries - 1];
   if (entry.font == nullptr) entry.font = MakeHostFont();
   if (entry.font == nullptr) return nullptr;
-  if (entry.height == 0) realizeEntry(entry, height, width, flags);
+  if (entry.height == 0) realizeEntry(entry, size, flags);
   return entry.font;
+}
+
+// Changed host flags make every realised size stale.
+std::uint32_t __DAUB_dpiAwareFont::currentHostFlags() {
+  const std::uint32_t flags = flagsCallback != nullptr ? flagsCallback(0) & ~kIgnoredHostFlag : 0;
+  if (flags != lastFlags) {
+    lastFlags = flags;
+    forgetRealizedSizes();
+  }
+  return flags;
+}
+
+// The template's size at the bitmap's effective scale; a scaled size is flagged for the host.
+__DAUB_dpiAwareFont::PixelSize __DAUB_dpiAwareFont::sizeForBitmap(DAUB_IBitmap* bitmap,
+                                                                  std::uint32_t& flags) const {
+  const int scale256 =
+      bitmap != nullptr ? static_cast<int>(bitmap->Extended(DAUB_EXT_GET_EFFECTIVE_SCALE, nullptr))
+                        : 0;
+  if (scale256 == 0) return {logFont.lfHeight, logFont.lfWidth};
+  if (scale256 != 256) flags |= DAUB_FONT_FLAG_SCALED;
+  return {logFont.lfHeight * scale256 / 256, logFont.lfWidth * scale256 / 256};
 }
 
 // The font objects stay; only their sizes are forgotten, newest first, down to the first unused.
@@ -107,12 +115,11 @@ int __DAUB_dpiAwareFont::findEntry(int height) {
   return 0;
 }
 
-void __DAUB_dpiAwareFont::realizeEntry(CacheEntry& entry, int height, int width,
-                                       std::uint32_t flags) {
-  entry.height = height;
+void __DAUB_dpiAwareFont::realizeEntry(CacheEntry& entry, PixelSize size, std::uint32_t flags) {
+  entry.height = size.height;
   LOGFONT sized = logFont;
-  sized.lfHeight = height;
-  sized.lfWidth = width;
+  sized.lfHeight = size.height;
+  sized.lfWidth = size.width;
   const HFONT handle = plaskCall<PlaskId::CreateFontIndirect>(&sized);
   entry.font->AttachHostFont(handle, static_cast<int>(flags) | DAUB_FONT_FLAG_OWNS_HANDLE);
 }

@@ -47,9 +47,15 @@ class __DAUB_dpiAwareFont : public DAUB_IFont {
   __DAUB_dpiAwareFont() = default;
 
  private:
+  struct PixelSize {
+    int height;
+    int width;
+  };
+  std::uint32_t currentHostFlags();
+  PixelSize sizeForBitmap(DAUB_IBitmap* bitmap, std::uint32_t& flags) const;
   void forgetRealizedSizes();
   int findEntry(int height);
-  void realizeEntry(CacheEntry& entry, int height, int width, std::uint32_t flags);
+  void realizeEntry(CacheEntry& entry, PixelSize size, std::uint32_t flags);
   void copyStateInto(DAUB_IFont& font);
 
   CacheEntry fontCache[kCacheEntries] = {};

@@ -29,6 +29,11 @@ InlineDrawInfo readDrawInfo(const void* block) {
   return info;
 }
 
+// The host passes its bitmap as the message's value.
+DAUB_IBitmap* hostBitmapOf(VstIntPtr value) {
+  return reinterpret_cast<DAUB_IBitmap*>(value);  // NOLINT(performance-no-int-to-ptr)
+}
+
 bool pictureChanged(const PannerPlugin& plugin) {
   return plugin.inlineRedraw.load() != 0 ||
          (plugin.changeFlags.load() & (kChangeSpeakers | kChangeInputs)) != 0;
@@ -95,7 +100,7 @@ VstIntPtr handleInlineMessage(PannerPlugin& plugin, int message, VstIntPtr value
     case kQueryMessage:
       return 1;
     case WM_PAINT:
-      return paintInline(plugin, reinterpret_cast<DAUB_IBitmap*>(value), ptr);
+      return paintInline(plugin, hostBitmapOf(value), ptr);
     case WM_GETMINMAXINFO:
       return answerMinMaxInfo(ptr);
     case WM_MOUSEMOVE:

@@ -148,6 +148,8 @@ bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, i
 bool dragStep(PannerPlugin& plugin, int mouseX, int mouseY, int width, int height,
               const ModifierKeys& keys, PositionReports& reports) {
   const ViewGeometry view = viewGeometry(plugin, width, height);
+  // A view without pixels (an inline view folded away) has no positions to move to.
+  if (!(view.sx > 0.0 && view.sy > 0.0)) return false;
   if (plugin.dragSpeaker >= 0) return dragSpeakerStep(plugin, view, mouseX, mouseY, keys, reports);
   if (plugin.dragInput >= 0) return dragInputStep(plugin, view, mouseX, mouseY, keys, reports);
   return dragBand(plugin, mouseX, mouseY);

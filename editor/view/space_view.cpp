@@ -34,7 +34,8 @@ int mouseY(LPARAM lParam) {
 
 PannerPlugin* pluginOf(HWND view) {
   const HWND parent = plaskCall<PlaskId::GetParent>(view);
-  return reinterpret_cast<PannerPlugin*>(plaskCall<PlaskId::GetWindowLong>(parent, GWL_USERDATA));
+  const LONG_PTR userData = plaskCall<PlaskId::GetWindowLong>(parent, GWL_USERDATA);
+  return reinterpret_cast<PannerPlugin*>(userData);  // NOLINT(performance-no-int-to-ptr)
 }
 
 // The bitmaps are made at the first paint's size; a new back layer must be drawn in full.

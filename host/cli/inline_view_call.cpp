@@ -17,21 +17,6 @@ InlineDrawInfo::InlineDrawInfo(int widthPx, int heightPx) {
   setField(kHeightOffset, heightPx);
 }
 
-void InlineDrawInfo::setMouse(int xPx, int yPx) {
-  setField(kMouseXOffset, xPx);
-  setField(kMouseYOffset, yPx);
-}
-
-void InlineDrawInfo::setFlags(std::uint32_t flags) {
-  setField(kFlagsOffset, static_cast<std::int32_t>(flags));
-}
-
-std::int32_t InlineDrawInfo::field(int byteOffset) const {
-  std::int32_t value = 0;
-  std::memcpy(&value, bytes_.data() + byteOffset, sizeof value);
-  return value;
-}
-
 void InlineDrawInfo::setField(int byteOffset, std::int32_t value) {
   std::memcpy(bytes_.data() + byteOffset, &value, sizeof value);
 }

@@ -112,9 +112,12 @@ inline BOOL invalidateRect(HWND window, const RECT* rect, BOOL erase) {
   return 1;
 }
 
+inline std::vector<PlaskId> boundIds;
+
 template <PlaskId Id, typename Fn>
 void bind(Fn fn) {
   plaskSlots[static_cast<int>(Id)] = reinterpret_cast<PlaskGenericFn>(fn);
+  boundIds.push_back(Id);
 }
 
 // Binds every fake and clears the log.
@@ -144,8 +147,10 @@ inline void install() {
   bind<PlaskId::InvalidateRect>(&invalidateRect);
 }
 
+// Unbinds the fakes, leaving other slots as the test bound them.
 inline void uninstall() {
-  for (PlaskGenericFn& slot : plaskSlots) slot = nullptr;
+  for (PlaskId id : boundIds) plaskSlots[static_cast<int>(id)] = nullptr;
+  boundIds.clear();
 }
 
 }  // namespace fake_window

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "model/counts.h"
 #include "plugin/plugin_entry.h"
 #include "tests/editor/fake_window_layer.h"
 
@@ -77,6 +78,42 @@ TEST_F(InlineMessages, MouseMessagesWithoutABlockDoNothing) {
   fake_window::calls.clear();
   EXPECT_EQ(send(WM_LBUTTONDOWN, nullptr), 0);
   EXPECT_TRUE(fake_window::calls.empty());
+}
+
+}  // namespace
+
+namespace {
+
+// The inline view's own size and scale reach the room editing: input 0 sits at (100, 80).
+TEST_F(InlineMessages, GrabsWithTheHitSizeOfTheInlineScale) {
+  setInputCount(plugin, 1);
+  plugin.inputs[0].x = 0.0;
+  plugin.inputs[0].y = 0.0;
+  const struct {
+    int scale256;
+    int grabbed;
+  } cases[] = {{256, -1}, {512, 0}};
+  for (const auto& c : cases) {
+    plugin.inlineScale = c.scale256;
+    plugin.viewScale = 256;
+    EXPECT_EQ(send(WM_LBUTTONDOWN, mouseAt(109, 80)), 1);
+    EXPECT_EQ(plugin.dragInput, c.grabbed) << c.scale256;
+    send(WM_LBUTTONUP, mouseAt(109, 80));
+  }
+}
+
+TEST_F(InlineMessages, ADragMovesTheInputAndTellsTheEditor) {
+  setInputCount(plugin, 1);
+  plugin.inputs[0].x = 0.0;
+  plugin.inputs[0].y = 0.0;
+  plugin.editorWindow = fake_window::kParent;
+  send(WM_LBUTTONDOWN, mouseAt(100, 80));
+  fake_window::calls.clear();
+  EXPECT_EQ(send(WM_MOUSEMOVE, mouseAt(148, 80)), 1);
+  EXPECT_NEAR(plugin.inputs[0].x, 0.5, 1e-9);  // 48 of 96 px per unit
+  EXPECT_EQ(fake_window::calls, (Calls{"GetDlgItem 1023", "InvalidateRect view all 0"}));
+  send(WM_LBUTTONUP, mouseAt(148, 80));
+  EXPECT_EQ(plugin.dragInput, -1);
 }
 
 }  // namespace

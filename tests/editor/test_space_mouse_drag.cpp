@@ -87,78 +87,50 @@ INSTANTIATE_TEST_SUITE_P(
             "grab reversed ctrl", 1, true, {{0.1, 0.05, 0}, {0.6, 0.05, 0}, {-0.4, 0.05, 0}}}),
     CaseName());
 
+// Input 0 sits at the centre (pixel 100, 100 at every zoom) and is dragged by (dx, dy) pixels;
+// input 1, selected with it, is near a border.
 struct BorderCase {
   const char* what;
   double zoom;
-  std::vector<Place> before;  // all selected; input 1 has reverse set when `mirrored`
-  bool mirrored;
-  int grabX;  // input 0's pixel
-  int grabY;
-  int toX;
-  int toY;
-  std::vector<Place> after;
+  Place second;
+  bool mirrored;  // input 1 has reverse set
+  int dx;
+  int dy;
+  Place firstAfter;
+  Place secondAfter;
 };
 
 class BorderLimit : public ::testing::TestWithParam<BorderCase> {};
 
 TEST_P(BorderLimit, TheGroupStopsWhenOneMemberReachesL) {
   const BorderCase& c = GetParam();
-  auto plugin = makeRoom(c.before);
+  auto plugin = makeRoom({{0.0, 0.0, 0.0}, c.second});
   plugin->zoom = c.zoom;
   plugin->inputs[1].reverse = c.mirrored ? 1 : 0;
   selectInputs(*plugin, {0, 1});
-  ASSERT_TRUE(hitTestAndGrab(*plugin, c.grabX, c.grabY, kViewSize, kViewSize, false));
-  ASSERT_EQ(plugin->dragInput, 0);
-  EXPECT_TRUE(dragTo(*plugin, c.toX, c.toY, kViewSize, kViewSize));
-  expectPlace(plugin->inputs[0], c.after[0]);
-  expectPlace(plugin->inputs[1], c.after[1]);
+  ASSERT_TRUE(hitTestAndGrab(*plugin, 100, 100, kViewSize, kViewSize, false));
+  EXPECT_TRUE(dragTo(*plugin, 100 + c.dx, 100 - c.dy, kViewSize, kViewSize));
+  expectPlace(plugin->inputs[0], c.firstAfter);
+  expectPlace(plugin->inputs[1], c.secondAfter);
 
   // Further out, nothing moves and nothing is reported.
   RecordingHost host;
-  EXPECT_TRUE(dragTo(*plugin, 2 * c.toX - c.grabX, 2 * c.toY - c.grabY, kViewSize, kViewSize));
-  expectPlace(plugin->inputs[0], c.after[0]);
-  expectPlace(plugin->inputs[1], c.after[1]);
+  EXPECT_TRUE(dragTo(*plugin, 100 + 2 * c.dx, 100 - 2 * c.dy, kViewSize, kViewSize));
+  expectPlace(plugin->inputs[0], c.firstAfter);
+  expectPlace(plugin->inputs[1], c.secondAfter);
   EXPECT_TRUE(host.calls().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BorderLimit,
-                         ::testing::Values(BorderCase{"right at zoom 0.48",
-                                                      0.48,
-                                                      {{0.5, 0.0, 0}, {0.9, 0.0, 0}},
-                                                      false,
-                                                      148,
-                                                      100,
-                                                      168,
-                                                      100,
-                                                      {{0.6, 0.0, 0}, {1.0, 0.0, 0}}},
-                                           BorderCase{"right at zoom 0.24",
-                                                      0.24,
-                                                      {{0.5, 0.0, 0}, {1.9, 0.0, 0}},
-                                                      false,
-                                                      124,
-                                                      100,
-                                                      148,
-                                                      100,
-                                                      {{0.6, 0.0, 0}, {2.0, 0.0, 0}}},
-                                           BorderCase{"mirrored member stops at the left",
-                                                      0.5,
-                                                      {{0.0, 0.0, 0}, {-0.9, 0.0, 0}},
-                                                      true,
-                                                      100,
-                                                      100,
-                                                      120,
-                                                      100,
-                                                      {{0.06, 0.0, 0}, {-0.96, 0.0, 0}}},
-                                           BorderCase{"front at zoom 0.5",
-                                                      0.5,
-                                                      {{0.0, 0.9, 0}, {0.0, 0.0, 0}},
-                                                      false,
-                                                      100,
-                                                      10,
-                                                      100,
-                                                      0,
-                                                      {{0.0, 0.96, 0}, {0.0, 0.06, 0}}}),
-                         CaseName());
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BorderLimit,
+    ::testing::Values(
+        BorderCase{"right at zoom 0.48", 0.48, {0.9, 0, 0}, false, 30, 0, {0.1, 0, 0}, {1.0, 0, 0}},
+        BorderCase{"right at zoom 0.24", 0.24, {1.9, 0, 0}, false, 24, 0, {0.1, 0, 0}, {2.0, 0, 0}},
+        BorderCase{
+            "mirrored one stops left", 0.5, {-0.9, 0, 0}, true, 20, 0, {0.06, 0, 0}, {-0.96, 0, 0}},
+        BorderCase{
+            "front at zoom 0.5", 0.5, {0, 0.9, 0}, false, 0, 20, {0, 0.06, 0}, {0, 0.96, 0}}),
+    CaseName());
 
 TEST(DragHeight, AltRaisesTheGroupAndReleasingAltResumesWithoutAJump) {
   auto plugin = makeRoom({{0.0, 0.0, 0.0}, {0.5, 0.0, 0.0}, {-0.5, 0.0, 0.0}});
@@ -231,6 +203,17 @@ TEST(DragSpeaker, ASpeakerThatVanishedIsNeitherWrittenNorReported) {
   finishDrag(*plugin);
   EXPECT_TRUE(host.calls().empty());
   EXPECT_EQ(plugin->dragSpeaker, -1);
+}
+
+TEST(DragInput, AViewWithoutPixelsMovesNothing) {
+  auto plugin = makeRoom({{0.0, 0.0, 0.0}});
+  ASSERT_TRUE(hitTestAndGrab(*plugin, 0, 0, 0, 0, true));
+  RecordingHost host;
+  for (const auto& [width, height] : {std::pair{0, 0}, std::pair{200, 0}, std::pair{0, 200}}) {
+    EXPECT_FALSE(dragTo(*plugin, 10, 10, width, height));
+  }
+  expectPlace(plugin->inputs[0], {0.0, 0.0, 0.0});
+  EXPECT_TRUE(host.calls().empty());
 }
 
 TEST(DragBand, MovesTheSecondCornerOnlyWhileARectangleIsDrawn) {

@@ -244,6 +244,14 @@ TEST_F(RoomPicture, SpeakerLabelsOnlyForAUserSetupAndWithoutTheWordSpeaker) {
   EXPECT_EQ(countYellow(preset, 10, 112, 43, 124), 0);
 }
 
+TEST_F(RoomPicture, ACentredSpeakerIsLabelledOnItsRight) {
+  counts(0, 1);
+  placeSpeaker(0, "Mid", 0.0, -0.5);  // (100, 118)
+  const BitmapPtr bitmap = paint();
+  EXPECT_GT(countYellow(bitmap, 109, 112, 135, 124), 5);
+  EXPECT_EQ(countYellow(bitmap, 60, 112, 91, 124), 0);
+}
+
 TEST_F(RoomPicture, LfeSpeakersAreDrawnNowhere) {
   counts(0, 1);
   placeSpeaker(0, "LFE", 0.5, 0.5).isLfe = 1;
@@ -383,6 +391,57 @@ TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsTh
   EXPECT_EQ(boldFont, nullptr);
   EXPECT_EQ(speakerIcons[0], nullptr);
   EXPECT_EQ(speakerIcons[1], nullptr);
+}
+
+}  // namespace
+
+namespace {
+
+// The editor's view painting real host bitmaps: a kept back layer and inputs on the front.
+class EditorViewPicture : public PictureTest {
+ protected:
+  void SetUp() override {
+    PictureTest::SetUp();
+    fake_window::install();
+    fake_window::clientRect = {0, 0, 200, 160};
+    fake_window::parentUserData = reinterpret_cast<LONG_PTR>(&plugin);
+    spaceViewControlCreator()(fake_window::kParent, 1023, "SpatiolaWindow", 0, 0, 0, 200, 160);
+  }
+  void TearDown() override {
+    fake_window::uninstall();
+    delete plugin.viewFront;
+    delete plugin.viewBack;
+  }
+  void paintView() { fake_window::createdProcedure(fake_window::kView, WM_PAINT, 0, 0); }
+  DAUB_pixel front(int x, int y) { return graphics::DAUB_GetPixel(plugin.viewFront, x, y); }
+  DAUB_pixel back(int x, int y) { return graphics::DAUB_GetPixel(plugin.viewBack, x, y); }
+};
+
+TEST_F(EditorViewPicture, InputsAreDrawnOverTheKeptBackLayer) {
+  counts(1, 0);
+  copyChannelName(place(0, 0.5, 0.5).name, "a");
+  plugin.changeFlags = 0;
+  paintView();  // the new back layer is drawn without being asked
+  ASSERT_NE(plugin.viewFront, nullptr);
+  EXPECT_TRUE(near(front(151, 42), 0xFFFFFFFF, 3));
+  EXPECT_EQ(back(151, 42), kBackground);
+  EXPECT_EQ(front(30, 80), kRoomGrey);
+  EXPECT_EQ(plugin.changeFlags.load(), 0u);
+  place(0, -0.5, -0.5);
+  plugin.changeFlags |= kChangeInputs;
+  paintView();
+  EXPECT_EQ(front(151, 42), kBackground);
+  EXPECT_TRUE(near(front(49, 118), 0xFFFFFFFF, 3));
+}
+
+TEST_F(EditorViewPicture, APaintWithoutChangesOnlyCopiesThePicture) {
+  counts(1, 0);
+  place(0, 0.5, 0.5);
+  paintView();
+  place(0, -0.5, -0.5);  // not announced: the kept picture stays
+  paintView();
+  EXPECT_NE(front(151, 42), kBackground);
+  EXPECT_EQ(front(49, 118), kBackground);
 }
 
 }  // namespace

@@ -191,3 +191,71 @@ TEST_F(SpaceViewControl, ClicksAndDoubleClicksAreAnsweredByTheView) {
 }
 
 }  // namespace
+
+namespace {
+
+// The routing end to end with the room editing behind it. The client area is 120 x 90: centre
+// (60, 45), 57.6 x 43.2 px per model unit.
+TEST_F(SpaceViewControl, ALeftDragGrabsMovesWithRefreshesAndReleases) {
+  setInputCount(plugin, 1);
+  plugin.inputs[0].x = 0.0;
+  plugin.inputs[0].y = 0.0;
+  create();
+  EXPECT_EQ(send(WM_LBUTTONDOWN, 60, 45), 0);
+  EXPECT_EQ(plugin.dragInput, 0);
+  EXPECT_EQ(fake_window::calls, Calls{"SetCapture"});
+  fake_window::calls.clear();
+  EXPECT_EQ(send(WM_MOUSEMOVE, 89, 45), fake_window::kDefaultAnswer);
+  EXPECT_NEAR(plugin.inputs[0].x, 29 / 57.6, 1e-9);
+  EXPECT_EQ(fake_window::calls, (Calls{"SendMessage parent 0x113 1", "DefWindowProc 0x200"}));
+  fake_window::calls.clear();
+  EXPECT_EQ(send(WM_LBUTTONUP, 89, 45), 0);
+  EXPECT_EQ(plugin.dragInput, -1);
+  EXPECT_EQ(fake_window::calls, Calls{"ReleaseCapture"});
+}
+
+TEST_F(SpaceViewControl, AClickOnEmptyFloorTakesNoCapture) {
+  setInputCount(plugin, 1);
+  plugin.inputs[0].x = 0.0;
+  plugin.inputs[0].y = 0.0;
+  create();
+  EXPECT_EQ(send(WM_LBUTTONDOWN, 10, 10), 0);
+  EXPECT_EQ(plugin.dragInput, -1);
+  EXPECT_TRUE(fake_window::calls.empty());
+}
+
+TEST_F(SpaceViewControl, ARightDragSelectsWhatTheRectangleCovers) {
+  setInputCount(plugin, 2);
+  plugin.inputs[0].x = 0.0;  // (60, 45)
+  plugin.inputs[0].y = 0.0;
+  plugin.inputs[1].x = 0.5;  // (89, 23)
+  plugin.inputs[1].y = 0.5;
+  create();
+  send(WM_RBUTTONDOWN, 50, 35);
+  EXPECT_EQ(plugin.bandActive, 1);
+  send(WM_MOUSEMOVE, 70, 55);
+  EXPECT_EQ(plugin.bandRect[2], 70);
+  send(WM_RBUTTONUP, 70, 55);
+  EXPECT_EQ(plugin.inputs[0].selected, 1);
+  EXPECT_EQ(plugin.inputs[1].selected, 0);
+  EXPECT_EQ(plugin.bandActive, 0);
+  EXPECT_EQ(fake_window::calls, (Calls{"SetCapture", "SendMessage parent 0x113 1",
+                                       "DefWindowProc 0x200", "ReleaseCapture"}));
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(SpaceViewControl, ADoubleClickPutsTheSelectionBackAtTheCentre) {
+  setInputCount(plugin, 1);
+  plugin.inputs[0].x = 0.5;
+  plugin.inputs[0].y = -0.25;
+  plugin.inputs[0].selected = 1;
+  create();
+  EXPECT_EQ(send(WM_LBUTTONDBLCLK, 5, 5), 0);
+  EXPECT_EQ(plugin.inputs[0].x, 0.0);
+  EXPECT_EQ(plugin.inputs[0].y, 0.0);
+}
+
+}  // namespace
