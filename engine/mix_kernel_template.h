@@ -38,7 +38,8 @@ struct TileJob {
   const double* gains;  // this tile's packed gains, [input][speaker of the tile]
   const double* steps;
   double* const* outputs;
-  Vec* peaks;
+  Vec* highs;  // running maximum and minimum of each output: no sign mask has to stay in a
+  Vec* lows;   // register while the tile runs
 };
 
 // The register tile's loops must be unrolled whatever the optimisation level: only then do the
@@ -67,7 +68,8 @@ inline void storeTile(const TileJob& job, int n0, const Vec (&acc)[S][V]) {
     SPATIOLA_TILE_LOOP
     for (int v = 0; v < V; ++v) {
       Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
-      job.peaks[s] = Ops::max(Ops::abs(acc[s][v]), job.peaks[s]);  // a NaN leaves the peak
+      job.highs[s] = Ops::max(acc[s][v], job.highs[s]);  // a NaN leaves both as they are
+      job.lows[s] = Ops::min(acc[s][v], job.lows[s]);
     }
   }
 }
@@ -195,38 +197,46 @@ void copyChunk(const MixPlan& plan, int begin, int end) {
   }
 }
 
+// Every tile over frames [begin, end), reading the inputs from `rows` (frame `rowOrigin` first).
 template <bool Ramp>
-void mix(const MixPlan& plan) {
+void mixChunk(const MixPlan& plan, const double* const* rows, int rowOrigin, Vec* highs, Vec* lows,
+              int begin, int end) {
   constexpr int kTileSpeakers = Ramp ? kRampSpeakers : kSteadySpeakers;
   constexpr int kTileVectors = Ramp ? kRampVectors : kSteadyVectors;
-  Vec peaks[kMaxSpeakers];
-  for (int j = 0; j < plan.outputCount; ++j) peaks[j] = Ops::zero();
+  for (int first = 0; first < plan.outputCount; first += plan.tileWidth) {
+    const int offset = packedTileOffset(first / plan.tileWidth, plan.tileWidth, plan.inputCount);
+    const TileJob job{&plan,
+                      rows,
+                      rowOrigin,
+                      plan.gains + offset,
+                      Ramp ? plan.steps + offset : nullptr,
+                      plan.outputs + first,
+                      highs + first,
+                      lows + first};
+    const int width = smaller(plan.tileWidth, plan.outputCount - first);
+    tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
+  }
+}
+
+template <bool Ramp>
+void mix(const MixPlan& plan) {
+  Vec highs[kMaxSpeakers];
+  Vec lows[kMaxSpeakers];
+  for (int j = 0; j < plan.outputCount; ++j) highs[j] = lows[j] = Ops::zero();
   const bool copying = plan.inputCount >= kCopyFromInputs;
   const double* scratchRows[kMaxInputs];
   for (int k = 0; copying && k < plan.inputCount; ++k)
     scratchRows[k] = plan.scratch + k * kMixScratchFrames;
   const int vectorEnd = plan.frames - plan.frames % kWidth;
-  const int tiles = (plan.outputCount + plan.tileWidth - 1) / plan.tileWidth;
   for (int begin = 0; begin < vectorEnd; begin += kChunkFrames) {
     const int end = smaller(begin + kChunkFrames, vectorEnd);
     if (copying) copyChunk(plan, begin, end);
-    for (int t = 0; t < tiles; ++t) {
-      const int first = t * plan.tileWidth;
-      const int offset = packedTileOffset(t, plan.tileWidth, plan.inputCount);
-      const TileJob job{&plan,
-                        copying ? scratchRows : plan.inputs,
-                        copying ? begin : 0,
-                        plan.gains + offset,
-                        Ramp ? plan.steps + offset : nullptr,
-                        plan.outputs + first,
-                        peaks + first};
-      const int width = smaller(plan.tileWidth, plan.outputCount - first);
-      tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
-    }
+    mixChunk<Ramp>(plan, copying ? scratchRows : plan.inputs, copying ? begin : 0, highs, lows,
+                   begin, end);
   }
-  for (int j = 0; j < plan.outputCount; ++j) {
-    plan.outputPeaks[j] = larger(plan.outputPeaks[j], Ops::horizontalMax(peaks[j]));
-  }
+  for (int j = 0; j < plan.outputCount; ++j)
+    plan.outputPeaks[j] =
+        larger(plan.outputPeaks[j], Ops::horizontalMax(Ops::max(highs[j], Ops::negate(lows[j]))));
   scalarTail<Ramp>(plan, vectorEnd);
 }
 
