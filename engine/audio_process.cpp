@@ -173,45 +173,39 @@ void bindBuffers(MixEngine& engine, const BlockCapture& block, double** inputs, 
   plan.gains = engine.packedGains;
   plan.steps = block.rampActive ? engine.packedSteps : nullptr;
   plan.outputPeaks = engine.outputPeaks;
-}
-
-double largestMagnitude(const double* samples, int frames) {
-  double peak = 0.0;
-  for (int n = 0; n < frames; ++n) {
-    const double a = std::fabs(samples[n]);
-    peak = a > peak ? a : peak;
-  }
-  return peak;
+  plan.scratch = engine.scratch.samples;
 }
 
 void raisePeak(std::atomic<double>& meter, double peak) {
   if (peak > meter.load(std::memory_order_relaxed)) meter.store(peak, std::memory_order_relaxed);
 }
 
-void updateInputMeters(PannerPlugin& plugin, const BlockCapture& block, double** inputs,
-                       int frames) {
+void updateInputMeters(PannerPlugin& plugin, const MixKernels& kernels, const BlockCapture& block,
+                       double** inputs, int frames) {
   for (int j = 0; j < kMeterSlots; ++j) {
     const int i = block.inputFaderOffset + j;
     if (i >= block.inputs || !isSet(block.inputAudible, i)) {
       plugin.inputPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
       raisePeak(plugin.inputPeaks[j],
-                largestMagnitude(inputs[i], frames) * std::fabs(block.meterGains[j]));
+                kernels.largestMagnitude(inputs[i], frames) * std::fabs(block.meterGains[j]));
     }
   }
 }
 
 void updateSpeakerMeters(PannerPlugin& plugin, const MixEngine& engine, const BlockCapture& block,
                          int frames) {
-  double peakOf[kMaxSpeakers] = {};
-  for (int j = 0; j < engine.plan.outputCount; ++j)
-    peakOf[engine.speakerOfOutput[j]] = engine.outputPeaks[j];
+  double slotPeaks[kMeterSlots] = {};
+  for (int j = 0; j < engine.plan.outputCount; ++j) {
+    const int slot = engine.speakerOfOutput[j] - block.speakerFaderOffset;
+    if (slot >= 0 && slot < kMeterSlots) slotPeaks[slot] = engine.outputPeaks[j];
+  }
   for (int j = 0; j < kMeterSlots; ++j) {
     const int s = block.speakerFaderOffset + j;
     if (s >= block.outputs || !isSet(block.speakerAudible, s)) {
       plugin.speakerPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
-      raisePeak(plugin.speakerPeaks[j], peakOf[s]);
+      raisePeak(plugin.speakerPeaks[j], slotPeaks[j]);
     }
   }
 }
@@ -235,10 +229,10 @@ void mixBlock(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& block
   if (frames > 0) {
     bindBuffers(engine, block, inputs, outputs, frames);
     clearSilentOutputs(engine, block, outputs, frames);
-    updateInputMeters(plugin, block, inputs, frames);
+    updateInputMeters(plugin, kernels, block, inputs, frames);
     (block.rampActive ? kernels.mixRamp : kernels.mixSteady)(engine.plan);
   } else {
-    updateInputMeters(plugin, block, inputs, frames);
+    updateInputMeters(plugin, kernels, block, inputs, frames);
   }
   updateSpeakerMeters(plugin, engine, block, frames);
   if (block.rampPrepared) {

@@ -94,6 +94,7 @@ void computeInputGains(PannerPlugin& plugin, int input) {
   const int speakers = plugin.speakerCount();
   if (input < 0 || input >= plugin.inputCount() || speakers == 0) return;
   if (plugin.gainRows != plugin.inputCount() || plugin.gainCols != speakers) return;
+  if (plugin.targetGains.size() < plugin.gainRows * plugin.gainCols) return;
   const InputChannel& in = plugin.inputs[input];
   double* row = plugin.targetGains.data() + static_cast<std::ptrdiff_t>(input) * plugin.gainCols;
 

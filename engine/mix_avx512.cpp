@@ -1,6 +1,13 @@
 // Kernels for processors with AVX-512 (this file is compiled for them).
 #include <cstdint>
 
+// GCC 12's own AVX-512 intrinsics start from an "undefined" vector that its warnings mistake for an
+// uninitialised one.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
 #define SPATIOLA_VECTOR_AVX512
 #include "engine/mix_kernels.h"
 #include "engine/vector_ops.h"
@@ -17,7 +24,7 @@ constexpr int kChunkFrames = 96;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& avx512MixKernels() {
-  static const MixKernels kernels{MixPath::Avx512, "AVX-512",  kSteadySpeakers,
-                                  kRampSpeakers,   &mixSteady, &mixRamp};
+  static const MixKernels kernels{MixPath::Avx512, "AVX-512", kSteadySpeakers,  kRampSpeakers,
+                                  &mixSteady,      &mixRamp,  &largestMagnitude};
   return kernels;
 }

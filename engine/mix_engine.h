@@ -18,6 +18,7 @@ struct MixEngine {
   int packedTileWidth = 0;
   alignas(64) double packedGains[kMaxInputs * kMaxSpeakers];
   alignas(64) double packedSteps[kMaxInputs * kMaxSpeakers];
+  MixScratch scratch;
   double outputPeaks[kMaxSpeakers];
   int speakerOfOutput[kMaxSpeakers];  // model speaker of each planned output
 };

@@ -1,6 +1,8 @@
 // The output-stationary mix, written once for every instruction set. A tile of speakers x sample
 // vectors stays in registers while the loop runs over all inputs; sample chunks are outermost so
-// that each chunk of every input stays in the first-level cache while all tiles read it.
+// that each chunk of every input stays in the first-level cache while all tiles read it. With many
+// inputs each chunk is first copied into the plan's scratch rows: host buffers a page apart would
+// otherwise all fall into the same few cache sets and evict each other.
 //
 // Included by one file per instruction set after vector_ops.h and the tile constants
 // kSteadySpeakers, kSteadyVectors, kRampSpeakers, kRampVectors and kChunkFrames; everything here
@@ -27,70 +29,107 @@ inline double magnitude(double a) {
   return a < 0 ? -a : a;
 }
 
+static_assert(kChunkFrames <= kMixScratchFrames && kChunkFrames % kWidth == 0);
+
 struct TileJob {
   const MixPlan* plan;
+  const double* const* rows;  // samples of each input, frame `rowOrigin` first
+  int rowOrigin;
   const double* gains;  // this tile's packed gains, [input][speaker of the tile]
   const double* steps;
   double* const* outputs;
-  Vec* peaks;
+  Vec* highs;  // running maximum and minimum of each output: no sign mask has to stay in a
+  Vec* lows;   // register while the tile runs
 };
+
+// The register tile's loops must be unrolled whatever the optimisation level: only then do the
+// accumulators live in registers.
+#define SPATIOLA_TILE_LOOP _Pragma("GCC unroll 16")
+
+template <int S, int V>
+inline void clearTile(Vec (&acc)[S][V]) {
+  SPATIOLA_TILE_LOOP
+  for (int s = 0; s < S; ++s) {
+    SPATIOLA_TILE_LOOP
+    for (int v = 0; v < V; ++v) acc[s][v] = Ops::zero();
+  }
+}
+
+template <int V>
+inline void loadSamples(Vec (&xv)[V], const double* x) {
+  SPATIOLA_TILE_LOOP
+  for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
+}
+
+template <int S, int V>
+inline void storeTile(const TileJob& job, int n0, const Vec (&acc)[S][V]) {
+  SPATIOLA_TILE_LOOP
+  for (int s = 0; s < S; ++s) {
+    SPATIOLA_TILE_LOOP
+    for (int v = 0; v < V; ++v) {
+      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
+      job.highs[s] = Ops::max(acc[s][v], job.highs[s]);  // a NaN leaves both as they are
+      job.lows[s] = Ops::min(acc[s][v], job.lows[s]);
+    }
+  }
+}
 
 // Every input summed into S outputs over V vectors of samples from n0, in input order.
 template <int S, int V>
 inline void steadySpan(const TileJob& job, int n0) {
   Vec acc[S][V];
-  for (auto& row : acc) {
-    for (Vec& a : row) a = Ops::zero();
-  }
+  clearTile(acc);
   const MixPlan& plan = *job.plan;
-  for (int k = 0; k < plan.inputCount; ++k) {
-    const double* x = plan.inputs[k] + n0;
+  const double* g = job.gains;
+  for (int k = 0; k < plan.inputCount; ++k, g += S) {
     Vec xv[V];
-    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
-    const double* g = job.gains + k * S;
+    loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
+    SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
       const Vec gain = Ops::broadcast(g + s);
+      SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
     }
   }
-  for (int s = 0; s < S; ++s) {
-    for (int v = 0; v < V; ++v) {
-      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
-      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
-    }
-  }
+  storeTile(job, n0, acc);
 }
 
-// As steadySpan with the gain of sample n at applied + (n + 1) * step.
+// kWidth steps: doubled up on the adders for narrow vectors, one multiply for wide ones.
+inline Vec strideOf(Vec step) {
+  if constexpr (kWidth > 4) return Ops::mul(step, Ops::set(kWidth));
+  Vec stride = step;
+  SPATIOLA_TILE_LOOP
+  for (int w = 1; w < kWidth; w *= 2) stride = Ops::add(stride, stride);
+  return stride;
+}
+
+// As steadySpan with the gain of sample n at applied + (n + 1) * step. Only the first vector's
+// gains take a multiply-add; the next vectors add a stride of kWidth steps, which runs on the
+// adders while the multiply-add units accumulate.
 template <int S, int V>
 inline void rampSpan(const TileJob& job, int n0) {
   Vec acc[S][V];
-  Vec position[V];
-  for (int v = 0; v < V; ++v) position[v] = Ops::ramp(n0 + 1.0 + v * kWidth);
-  for (auto& row : acc) {
-    for (Vec& a : row) a = Ops::zero();
-  }
+  clearTile(acc);
+  const Vec position = Ops::ramp(n0 + 1.0);
   const MixPlan& plan = *job.plan;
-  for (int k = 0; k < plan.inputCount; ++k) {
-    const double* x = plan.inputs[k] + n0;
+  const double* g = job.gains;
+  const double* d = job.steps;
+  for (int k = 0; k < plan.inputCount; ++k, g += S, d += S) {
     Vec xv[V];
-    for (int v = 0; v < V; ++v) xv[v] = Ops::load(x + v * kWidth);
-    const double* g = job.gains + k * S;
-    const double* d = job.steps + k * S;
+    loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
+    SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
-      const Vec applied = Ops::broadcast(g + s);
       const Vec step = Ops::broadcast(d + s);
+      const Vec stride = strideOf(step);
+      Vec gain = Ops::mulAdd(position, step, Ops::broadcast(g + s));
+      SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) {
-        acc[s][v] = Ops::mulAdd(xv[v], Ops::mulAdd(position[v], step, applied), acc[s][v]);
+        acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
+        gain = Ops::add(gain, stride);
       }
     }
   }
-  for (int s = 0; s < S; ++s) {
-    for (int v = 0; v < V; ++v) {
-      Ops::store(job.outputs[s] + n0 + v * kWidth, acc[s][v]);
-      job.peaks[s] = Ops::max(job.peaks[s], Ops::abs(acc[s][v]));
-    }
-  }
+  storeTile(job, n0, acc);
 }
 
 template <bool Ramp, int S, int V>
@@ -146,29 +185,77 @@ void scalarTail(const MixPlan& plan, int begin) {
   }
 }
 
+// Few inputs share the cache without conflicts: they are read where they are.
+constexpr int kCopyFromInputs = 9;
+
+// Frames [begin, end) of every input into its scratch row.
+void copyChunk(const MixPlan& plan, int begin, int end) {
+  for (int k = 0; k < plan.inputCount; ++k) {
+    const double* from = plan.inputs[k] + begin;
+    double* to = plan.scratch + k * kMixScratchFrames;
+    for (int n = 0; n < end - begin; n += kWidth) Ops::storeAligned(to + n, Ops::load(from + n));
+  }
+}
+
+// Every tile over frames [begin, end), reading the inputs from `rows` (frame `rowOrigin` first).
 template <bool Ramp>
-void mix(const MixPlan& plan) {
+void mixChunk(const MixPlan& plan, const double* const* rows, int rowOrigin, Vec* highs, Vec* lows,
+              int begin, int end) {
   constexpr int kTileSpeakers = Ramp ? kRampSpeakers : kSteadySpeakers;
   constexpr int kTileVectors = Ramp ? kRampVectors : kSteadyVectors;
-  Vec peaks[kMaxSpeakers];
-  for (int j = 0; j < plan.outputCount; ++j) peaks[j] = Ops::zero();
+  for (int first = 0; first < plan.outputCount; first += plan.tileWidth) {
+    const int offset = packedTileOffset(first / plan.tileWidth, plan.tileWidth, plan.inputCount);
+    const TileJob job{&plan,
+                      rows,
+                      rowOrigin,
+                      plan.gains + offset,
+                      Ramp ? plan.steps + offset : nullptr,
+                      plan.outputs + first,
+                      highs + first,
+                      lows + first};
+    const int width = smaller(plan.tileWidth, plan.outputCount - first);
+    tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
+  }
+}
+
+template <bool Ramp>
+void mix(const MixPlan& plan) {
+  Vec highs[kMaxSpeakers];
+  Vec lows[kMaxSpeakers];
+  for (int j = 0; j < plan.outputCount; ++j) highs[j] = lows[j] = Ops::zero();
+  const bool copying = plan.inputCount >= kCopyFromInputs;
+  const double* scratchRows[kMaxInputs];
+  for (int k = 0; copying && k < plan.inputCount; ++k)
+    scratchRows[k] = plan.scratch + k * kMixScratchFrames;
   const int vectorEnd = plan.frames - plan.frames % kWidth;
-  const int tiles = (plan.outputCount + plan.tileWidth - 1) / plan.tileWidth;
   for (int begin = 0; begin < vectorEnd; begin += kChunkFrames) {
     const int end = smaller(begin + kChunkFrames, vectorEnd);
-    for (int t = 0; t < tiles; ++t) {
-      const int first = t * plan.tileWidth;
-      const int offset = packedTileOffset(t, plan.tileWidth, plan.inputCount);
-      const TileJob job{&plan, plan.gains + offset, Ramp ? plan.steps + offset : nullptr,
-                        plan.outputs + first, peaks + first};
-      const int width = smaller(plan.tileWidth, plan.outputCount - first);
-      tileRangeOfWidth<Ramp, kTileSpeakers, kTileVectors>(width, job, begin, end);
-    }
+    if (copying) copyChunk(plan, begin, end);
+    mixChunk<Ramp>(plan, copying ? scratchRows : plan.inputs, copying ? begin : 0, highs, lows,
+                   begin, end);
   }
-  for (int j = 0; j < plan.outputCount; ++j) {
-    plan.outputPeaks[j] = larger(plan.outputPeaks[j], Ops::horizontalMax(peaks[j]));
-  }
+  for (int j = 0; j < plan.outputCount; ++j)
+    plan.outputPeaks[j] =
+        larger(plan.outputPeaks[j], Ops::horizontalMax(Ops::max(highs[j], Ops::negate(lows[j]))));
   scalarTail<Ramp>(plan, vectorEnd);
+}
+
+// The largest |sample| of a channel; NaN samples are passed over.
+double largestMagnitude(const double* samples, int frames) {
+  constexpr int kLanes = 4;
+  Vec peak[kLanes] = {Ops::zero(), Ops::zero(), Ops::zero(), Ops::zero()};
+  int n = 0;
+  for (; n + kLanes * kWidth <= frames; n += kLanes * kWidth) {
+    SPATIOLA_TILE_LOOP
+    for (int v = 0; v < kLanes; ++v)
+      peak[v] = Ops::max(Ops::abs(Ops::load(samples + n + v * kWidth)), peak[v]);
+  }
+  for (; n + kWidth <= frames; n += kWidth)
+    peak[0] = Ops::max(Ops::abs(Ops::load(samples + n)), peak[0]);
+  double result =
+      Ops::horizontalMax(Ops::max(Ops::max(peak[0], peak[1]), Ops::max(peak[2], peak[3])));
+  for (; n < frames; ++n) result = larger(result, magnitude(samples[n]));
+  return result;
 }
 
 void mixSteady(const MixPlan& plan) {

@@ -14,6 +14,8 @@ struct MixKernels {
   void (*mixSteady)(const MixPlan& plan);
   // As mixSteady, with gain g + (n + 1) * step on sample n.
   void (*mixRamp)(const MixPlan& plan);
+  // The largest |sample| of one channel (NaN samples count as 0).
+  double (*largestMagnitude)(const double* samples, int frames);
 };
 
 const MixKernels& sse2MixKernels();

@@ -14,13 +14,17 @@ struct VectorOps {
   static V zero() { return _mm_setzero_pd(); }
   static V load(const double* p) { return _mm_loadu_pd(p); }
   static void store(double* p, V v) { _mm_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm_set1_pd(*p); }
   static V set(double x) { return _mm_set1_pd(x); }
   static V add(V a, V b) { return _mm_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm_mul_pd(a, b); }
   // Without fused multiply-add the products round first, exactly as a plain loop does.
   static V mulAdd(V a, V b, V c) { return _mm_add_pd(c, _mm_mul_pd(a, b)); }
   static V abs(V a) { return _mm_andnot_pd(_mm_set1_pd(-0.0), a); }
   static V max(V a, V b) { return _mm_max_pd(a, b); }
+  static V min(V a, V b) { return _mm_min_pd(a, b); }
+  static V negate(V a) { return _mm_sub_pd(_mm_setzero_pd(), a); }
   static double horizontalMax(V a) { return _mm_cvtsd_f64(_mm_max_sd(a, _mm_unpackhi_pd(a, a))); }
   static V ramp(double first) { return _mm_set_pd(first + 1, first); }
 };
@@ -31,12 +35,16 @@ struct VectorOps {
   static V zero() { return _mm256_setzero_pd(); }
   static V load(const double* p) { return _mm256_loadu_pd(p); }
   static void store(double* p, V v) { _mm256_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm256_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm256_broadcast_sd(p); }
   static V set(double x) { return _mm256_set1_pd(x); }
   static V add(V a, V b) { return _mm256_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
   static V mulAdd(V a, V b, V c) { return _mm256_fmadd_pd(a, b, c); }
   static V abs(V a) { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), a); }
   static V max(V a, V b) { return _mm256_max_pd(a, b); }
+  static V min(V a, V b) { return _mm256_min_pd(a, b); }
+  static V negate(V a) { return _mm256_sub_pd(_mm256_setzero_pd(), a); }
   static double horizontalMax(V a) {
     const __m128d half = _mm_max_pd(_mm256_castpd256_pd128(a), _mm256_extractf128_pd(a, 1));
     return _mm_cvtsd_f64(_mm_max_sd(half, _mm_unpackhi_pd(half, half)));
@@ -50,12 +58,16 @@ struct VectorOps {
   static V zero() { return _mm512_setzero_pd(); }
   static V load(const double* p) { return _mm512_loadu_pd(p); }
   static void store(double* p, V v) { _mm512_storeu_pd(p, v); }
+  static void storeAligned(double* p, V v) { _mm512_store_pd(p, v); }
   static V broadcast(const double* p) { return _mm512_set1_pd(*p); }
   static V set(double x) { return _mm512_set1_pd(x); }
   static V add(V a, V b) { return _mm512_add_pd(a, b); }
+  static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
   static V mulAdd(V a, V b, V c) { return _mm512_fmadd_pd(a, b, c); }
   static V abs(V a) { return _mm512_abs_pd(a); }
   static V max(V a, V b) { return _mm512_max_pd(a, b); }
+  static V min(V a, V b) { return _mm512_min_pd(a, b); }
+  static V negate(V a) { return _mm512_sub_pd(_mm512_setzero_pd(), a); }
   static double horizontalMax(V a) { return _mm512_reduce_max_pd(a); }
   static V ramp(double first) {
     return _mm512_add_pd(_mm512_set1_pd(first), _mm512_set_pd(7, 6, 5, 4, 3, 2, 1, 0));

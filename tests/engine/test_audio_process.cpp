@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "engine_fixture.h"
 #include "model/parameters.h"
@@ -118,13 +119,20 @@ TEST_F(AudioProcess, MetersShowInputAfterItsGainAndOutputsAfterTheMix) {
 TEST_F(AudioProcess, AZeroFrameBlockWritesNothingAndSettlesPendingGains) {
   inputOnLeftSpeaker(1.0);
   processBlock(*plugin, constant({1.0}, 8), 2, 8);
-  plugin->inputPeaks[0] = 0.3;
-  plugin->inputPeaks[3] = 0.3;
-  setParameterValue(*plugin, 4, 0.125f);  // gain 0.5
-  processBlock(*plugin, constant({}, 0), 2, 0);
+  plugin->speakers[1].mute = 1;
+  for (int j = 0; j < kMeterSlots; ++j) plugin->inputPeaks[j] = plugin->speakerPeaks[j] = 0.3;
+  setParameterValue(*plugin, 4, 0.125f);                         // gain 0.5
+  processDoubleReplacing(&plugin->effect, nullptr, nullptr, 0);  // hosts may pass no buffers
   EXPECT_EQ(plugin->appliedGains[0], 0.5);
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.3);  // audible slot: left as it was
-  EXPECT_EQ(plugin->inputPeaks[3].load(), 0.0);  // no input there
+  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.3);    // audible: left as it was
+  EXPECT_EQ(plugin->speakerPeaks[0].load(), 0.3);  // audible: left as it was
+  EXPECT_EQ(plugin->speakerPeaks[1].load(), 0.0);  // muted
+  for (int j = 2; j < kMeterSlots; ++j) {
+    EXPECT_EQ(plugin->inputPeaks[j - 1].load(), 0.0) << j - 1;  // no input there
+    EXPECT_EQ(plugin->speakerPeaks[j].load(), 0.0) << j;        // no speaker there
+  }
+  processDoubleReplacing(&plugin->effect, nullptr, nullptr, -5);  // as good as 0 frames
+  EXPECT_EQ(plugin->speakerPeaks[0].load(), 0.3);
   const auto out = processBlock(*plugin, constant({1.0}, 4), 2, 4);
   EXPECT_EQ(out[0], std::vector<double>(4, 0.5));  // no ramp left over
 }
@@ -155,33 +163,83 @@ TEST_F(AudioProcess, AMutedInputFullOfInfinitiesCannotReachTheOutputs) {
   }
 }
 
-TEST_F(AudioProcess, EveryPathGivesTheSameBlock) {
-  setInputCount(*plugin, 5);
-  applyLayoutPreset(*plugin, 7);
-  plugin->effect.numInputs = 5;
-  plugin->effect.numOutputs = 10;
-  Channels in(5, std::vector<double>(203));
-  for (std::size_t i = 0; i < in.size(); ++i) {
-    for (std::size_t n = 0; n < in[i].size(); ++n)
-      in[i][n] = std::sin(0.01 * static_cast<double>((i + 1) * n));
+namespace {
+
+struct BlockShape {
+  int inputs, speakers, hostInputs, hostOutputs, frames;
+};
+
+// Step 10 of the block as written, pair by pair, from the gains before and after the block.
+double perPairOutput(const Channels& in, const std::vector<double>& before,
+                     const std::vector<double>& after, const std::vector<bool>& audible,
+                     const BlockShape& c, int s, int n, double& scale) {
+  double sum = 0.0;
+  scale = 0.0;
+  for (int i = 0; i < std::min(c.inputs, c.hostInputs); ++i) {
+    if (!audible[static_cast<std::size_t>(i)]) continue;
+    const std::size_t cell = static_cast<std::size_t>(i * c.speakers + s);
+    const double step = (after[cell] - before[cell]) / c.frames;
+    const double g = before[cell] + (n + 1.0) * step;
+    const double x = in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)];
+    sum += x * g;
+    scale += std::fabs(x * g);
   }
-  Channels reference;
+  return sum;
+}
+
+}  // namespace
+
+// Random rooms through the host's entry on every path: a ramping block with mute and solo, host
+// counts below the model's, against the per-pair formula.
+TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
+  RecordingHost host;
+  std::mt19937 random(77);
+  std::uniform_real_distribution<double> unit(-1.0, 1.0);
+  const BlockShape shapes[] = {{1, 1, 1, 1, 64},     {63, 64, 63, 64, 512}, {64, 64, 64, 64, 333},
+                               {64, 63, 60, 50, 17}, {1, 64, 1, 64, 1},     {64, 1, 64, 1, 100},
+                               {5, 7, 3, 7, 4}};
   for (MixPath path : supportedPaths()) {
-    auto instance = makeEngineInstance(5);
-    applyLayoutPreset(*instance, 7);
-    instance->effect.numOutputs = 10;
-    ASSERT_TRUE(forceMixPath(*instance, path));
-    processBlock(*instance, in, 10, 203);
-    instance->inputs[2].x = 0.3;  // the second block ramps
-    markInputsDirty(*instance, 2);
-    const auto out = processBlock(*instance, in, 10, 203);
-    if (reference.empty()) reference = out;
-    for (std::size_t s = 0; s < out.size(); ++s) {
-      for (std::size_t n = 0; n < out[s].size(); ++n) {
-        ASSERT_NEAR(out[s][n], reference[s][n], 1e-13) << pathName(path) << " " << s << ":" << n;
+    for (const BlockShape& c : shapes) {
+      SCOPED_TRACE(testing::Message() << pathName(path) << " " << c.inputs << "x" << c.speakers
+                                      << " host " << c.hostInputs << "x" << c.hostOutputs);
+      auto plugin = makeEngineInstance(c.inputs);
+      setSpeakerCount(*plugin, c.speakers);
+      plugin->effect.numOutputs = c.speakers;
+      ASSERT_TRUE(forceMixPath(*plugin, path));
+      Channels in(static_cast<std::size_t>(c.inputs),
+                  std::vector<double>(static_cast<std::size_t>(c.frames)));
+      for (auto& channel : in) {
+        for (double& x : channel) x = unit(random);
       }
+      processBlock(*plugin, in, c.speakers, c.frames);  // settles on the first gains
+      std::vector<bool> audible;
+      for (InputChannel& input : plugin->inputs) {
+        input.x = unit(random);
+        input.diffuse = unit(random) > 0 ? 0.3 : 0.0;
+        input.mute = unit(random) > 0.6;
+        audible.push_back(!input.mute);
+      }
+      if (c.inputs > 2) plugin->speakers[1 % c.speakers].mute = 1;
+      markInputsDirty(*plugin, kDirtyAllInputs);
+      plugin->effect.numInputs = c.hostInputs;
+      plugin->effect.numOutputs = c.hostOutputs;
+      const std::vector<double> before(plugin->appliedGains.begin(), plugin->appliedGains.end());
+      const auto out = processBlock(*plugin, in, c.hostOutputs + 1, c.frames, 99.0);
+      const std::vector<double> after(plugin->appliedGains.begin(), plugin->appliedGains.end());
+      for (int s = 0; s < std::min(c.speakers, c.hostOutputs); ++s) {
+        const bool silent = plugin->speakers[s].mute;
+        for (int n = 0; n < c.frames; ++n) {
+          double scale = 0.0;
+          const double expected =
+              silent ? 0.0 : perPairOutput(in, before, after, audible, c, s, n, scale);
+          ASSERT_NEAR(out[static_cast<std::size_t>(s)][static_cast<std::size_t>(n)], expected,
+                      1e-13 * scale)
+              << "speaker " << s << " frame " << n;
+        }
+      }
+      EXPECT_EQ(out[static_cast<std::size_t>(c.hostOutputs)][0], 99.0);  // past the host's count
+      destroyEngine(*plugin);
     }
-    destroyEngine(*instance);
   }
 }
 

@@ -193,4 +193,9 @@ TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
   computeInputGains(*plugin, 5);
   computeInputGains(*plugin, -1);
   EXPECT_EQ(plugin->targetGains[0], 7.0);
+  ASSERT_EQ(plugin->speakerCount(), 2);
+  plugin->gainRows = 1;  // in step with the counts, but the matrix is short of a row
+  plugin->targetGains.resize(1);
+  computeInputGains(*plugin, 0);
+  EXPECT_EQ(plugin->targetGains[0], 7.0);
 }

@@ -52,6 +52,8 @@ KernelRun runKernel(const MixKernels& kernels, const Channels& in, const std::ve
   plan.tileWidth = width;
   plan.gains = packedGains.data();
   plan.steps = steps ? packedSteps.data() : nullptr;
+  const auto scratch = std::make_unique<MixScratch>();
+  plan.scratch = scratch->samples;
   plan.outputPeaks = run.peaks.data();
   (steps ? kernels.mixRamp : kernels.mixSteady)(plan);
   return run;

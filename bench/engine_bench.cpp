@@ -1,0 +1,149 @@
+// spatiola_engine_bench: the mix against a per-pair loop and a one-thread BLAS product, the ramp
+// against the steady block, the whole audio routine against the bare mix and the gain law against
+// the real-time budget. Prints each ratio after the usual table.
+#include <benchmark/benchmark.h>
+#include <cblas.h>
+
+#include <cstdio>
+
+#include "bench/bench_fixture.h"
+#include "bench/per_pair_mix.h"
+#include "bench/ratio_report.h"
+#include "engine/audio_process.h"
+#include "engine/gain_law.h"
+
+namespace {
+
+constexpr Shape kDense{64, 64, 512};
+constexpr double kBlockBudgetNs = 512.0 / 48000.0 * 1e9;
+const char* const kBudget = "budget/512 frames at 48 kHz";
+
+void countMultiplyAdds(benchmark::State& state, Shape shape) {
+  state.SetItemsProcessed(state.iterations() * shape.inputs * shape.outputs * shape.frames);
+}
+
+void fastMix(benchmark::State& state, Shape shape, MixPath path, bool ramp) {
+  MixBuffers buffers(shape);
+  const MixKernels& kernels = kernelsFor(path);
+  PackedPlan packed(buffers, kernels, ramp);
+  const auto mix = ramp ? kernels.mixRamp : kernels.mixSteady;
+  for (auto _ : state) {
+    mix(packed.plan);
+    benchmark::ClobberMemory();
+  }
+  countMultiplyAdds(state, shape);
+}
+
+void perPair(benchmark::State& state, Shape shape) {
+  MixBuffers buffers(shape);
+  for (auto _ : state) {
+    perPairMix(buffers.in.data(), buffers.out.data(), buffers.gains.data(), shape.inputs,
+               shape.outputs, shape.frames);
+    benchmark::ClobberMemory();
+  }
+  countMultiplyAdds(state, shape);
+}
+
+// out[speaker][frame] = gains[speaker][input] * in[input][frame] on contiguous blocks.
+void blasProduct(benchmark::State& state, Shape shape) {
+  MixBuffers buffers(shape);
+  for (auto _ : state) {
+    cblas_dgemm(CblasRowMajor, CblasNoTrans, CblasNoTrans, shape.outputs, shape.frames,
+                shape.inputs, 1.0, buffers.gainsBySpeaker.data(), shape.inputs,
+                buffers.inputBlock.get(), shape.frames, 0.0, buffers.outputBlock.get(),
+                shape.frames);
+    benchmark::ClobberMemory();
+  }
+  countMultiplyAdds(state, shape);
+}
+
+// Steady blocks through the host's entry: lock, bookkeeping, masks, meters and the mix.
+void wholeBlock(benchmark::State& state, Shape shape) {
+  auto plugin = makeBenchInstance(shape.inputs, shape.outputs);
+  MixBuffers buffers(shape);
+  auto** in = const_cast<double**>(buffers.in.data());
+  for (auto _ : state) {
+    processDoubleReplacing(&plugin->effect, in, buffers.out.data(), shape.frames);
+    benchmark::ClobberMemory();
+  }
+  countMultiplyAdds(state, shape);
+  destroyBenchInstance(*plugin);
+}
+
+// Every row of a 64 x 64 matrix with diffusion and rotation on every input.
+void gainLaw(benchmark::State& state) {
+  auto plugin = makeBenchInstance(64, 64);
+  for (int i = 0; i < 64; ++i) {
+    plugin->inputs[i].diffuse = 0.1 + 0.01 * i;
+    plugin->inputs[i].diffuseBias = 0.5 - 0.015 * i;
+    plugin->inputs[i].diffuseAngle = 0.03 * i - 0.9;
+  }
+  for (auto _ : state) {
+    for (int i = 0; i < 64; ++i) computeInputGains(*plugin, i);
+    benchmark::ClobberMemory();
+  }
+  destroyBenchInstance(*plugin);
+}
+
+std::string mixName(const char* kind, Shape shape, MixPath path) {
+  return std::string("mix/") + kind + "/" + shape.label() + "/" + kernelsFor(path).name;
+}
+
+// Registers the benchmarks of one kernel path on the dense shape and returns its ratios.
+std::vector<Ratio> registerPath(MixPath path) {
+  const std::string steady = mixName("steady", kDense, path);
+  const std::string ramp = mixName("ramp", kDense, path);
+  benchmark::RegisterBenchmark(steady.c_str(), fastMix, kDense, path, false);
+  benchmark::RegisterBenchmark(ramp.c_str(), fastMix, kDense, path, true);
+  const double held = path == MixPath::Sse2 ? 0.0 : 1.0;  // SSE2 is the fallback: reported only
+  const std::string name = kernelsFor(path).name;
+  return {{name + ": mix throughput / dgemm", "dgemm/" + kDense.label(), steady, held, true},
+          {name + ": mix speed-up over the per-pair loop", "perpair/" + kDense.label(), steady,
+           4.0 * held, true},
+          {name + ": ramp block / steady block (cost)", ramp, steady, 2.0 * held, false}};
+}
+
+std::vector<Ratio> registerProcessCalls(MixPath best) {
+  std::vector<Ratio> ratios;
+  for (Shape shape : {Shape{2, 6, 512}, Shape{8, 10, 512}, Shape{2, 2, 64}}) {
+    const std::string call = "process/" + shape.label();
+    const std::string mix = mixName("steady", shape, best);
+    benchmark::RegisterBenchmark(call.c_str(), wholeBlock, shape);
+    benchmark::RegisterBenchmark(mix.c_str(), fastMix, shape, best, false);
+    const double limit = shape.frames == 512 ? 1.5 : 0.0;
+    ratios.push_back({"process call / bare mix, " + shape.label(), call, mix, limit, false});
+  }
+  return ratios;
+}
+
+std::vector<Ratio> registerAll() {
+  benchmark::RegisterBenchmark(("perpair/" + kDense.label()).c_str(), perPair, kDense);
+  benchmark::RegisterBenchmark(("dgemm/" + kDense.label()).c_str(), blasProduct, kDense);
+  std::vector<Ratio> ratios;
+  for (MixPath path : {MixPath::Avx512, MixPath::Avx2, MixPath::Sse2}) {
+    if (!processorSupports(path)) continue;
+    for (Ratio& r : registerPath(path)) ratios.push_back(r);
+  }
+  for (Ratio& r : registerProcessCalls(bestMixKernels().path)) ratios.push_back(r);
+  benchmark::RegisterBenchmark("gainlaw/64x64 diffused and rotated", gainLaw);
+  ratios.push_back({"gain law 64x64 / real-time budget of 512 frames at 48 kHz",
+                    "gainlaw/64x64 diffused and rotated", kBudget, 0.10, false});
+  return ratios;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  openblas_set_num_threads(1);
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  std::printf("Mix path of a new instance: %s; OpenBLAS core: %s\n", bestMixKernels().name,
+              openblas_get_corename());
+  const std::vector<Ratio> ratios = registerAll();
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.record(kBudget, kBlockBudgetNs);
+  printRatios(reporter, ratios);
+  benchmark::Shutdown();
+  return 0;
+}
