@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <xmmintrin.h>
 
-#include <atomic>
+#include <cfloat>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -169,28 +169,40 @@ struct BlockShape {
   int inputs, speakers, hostInputs, hostOutputs, frames;
 };
 
-// Step 10 of the block as written, pair by pair, from the gains before and after the block.
-double perPairOutput(const Channels& in, const std::vector<double>& before,
-                     const std::vector<double>& after, const std::vector<bool>& audible,
-                     const BlockShape& c, int s, int n, double& scale) {
-  double sum = 0.0;
-  scale = 0.0;
-  for (int i = 0; i < std::min(c.inputs, c.hostInputs); ++i) {
-    if (!audible[static_cast<std::size_t>(i)]) continue;
-    const std::size_t cell = static_cast<std::size_t>(i * c.speakers + s);
-    const double step = (after[cell] - before[cell]) / c.frames;
-    const double g = before[cell] + (n + 1.0) * step;
-    const double x = in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)];
-    sum += x * g;
-    scale += std::fabs(x * g);
+// The mix pair by pair, each gain ramping linearly from `before` to `after` over the block; the
+// baseline path must match the plain sequential sum bit for bit.
+void expectPerPairMix(const PannerPlugin& plugin, const Channels& in, const Channels& out,
+                      const std::vector<double>& before, const std::vector<double>& after,
+                      const std::vector<bool>& audible, int inputs, int outputs, bool exact) {
+  const int frames = static_cast<int>(in[0].size());
+  for (int s = 0; s < outputs; ++s) {
+    for (int n = 0; n < frames; ++n) {
+      double sum = 0.0;
+      double scale = 0.0;
+      for (int i = 0; i < inputs && !plugin.speakers[s].mute; ++i) {
+        if (!audible[static_cast<std::size_t>(i)]) continue;
+        const std::size_t cell = static_cast<std::size_t>(i * plugin.gainCols + s);
+        const double g = before[cell] + (n + 1.0) * ((after[cell] - before[cell]) / frames);
+        sum += in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)] * g;
+        scale += std::fabs(in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)] * g);
+      }
+      const double actual = out[static_cast<std::size_t>(s)][static_cast<std::size_t>(n)];
+      if (exact) {
+        ASSERT_EQ(actual, sum) << "speaker " << s << " frame " << n;
+      }
+      ASSERT_NEAR(actual, sum, 1e-13 * scale) << "speaker " << s << " frame " << n;
+    }
   }
-  return sum;
+}
+
+std::vector<double> appliedGains(const PannerPlugin& plugin) {
+  return {plugin.appliedGains.begin(), plugin.appliedGains.end()};
 }
 
 }  // namespace
 
-// Random rooms through the host's entry on every path: a ramping block with mute and solo, host
-// counts below the model's, against the per-pair formula.
+// Random rooms through the host's entry on every path: a steady block, then a ramping block with
+// mute and solo and host counts below the model's, against the per-pair formula.
 TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
   RecordingHost host;
   std::mt19937 random(77);
@@ -211,44 +223,80 @@ TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
       for (auto& channel : in) {
         for (double& x : channel) x = unit(random);
       }
-      processBlock(*plugin, in, c.speakers, c.frames);  // settles on the first gains
-      std::vector<bool> audible;
-      for (InputChannel& input : plugin->inputs) {
-        input.x = unit(random);
-        input.diffuse = unit(random) > 0 ? 0.3 : 0.0;
-        input.mute = unit(random) > 0.6;
-        audible.push_back(!input.mute);
+      std::vector<bool> audible(static_cast<std::size_t>(c.inputs), true);
+      auto out = processBlock(*plugin, in, c.speakers, c.frames);  // the first gains at once
+      const std::vector<double> before = appliedGains(*plugin);
+      expectPerPairMix(*plugin, in, out, before, before, audible, c.inputs, c.speakers,
+                       path == MixPath::Sse2);
+      for (std::size_t i = 0; i < audible.size(); ++i) {
+        plugin->inputs[i].x = unit(random);
+        plugin->inputs[i].diffuse = unit(random) > 0 ? 0.3 : 0.0;
+        plugin->inputs[i].mute = unit(random) > 0.6;
+        audible[i] = !plugin->inputs[i].mute;
       }
       if (c.inputs > 2) plugin->speakers[1 % c.speakers].mute = 1;
       markInputsDirty(*plugin, kDirtyAllInputs);
       plugin->effect.numInputs = c.hostInputs;
       plugin->effect.numOutputs = c.hostOutputs;
-      const std::vector<double> before(plugin->appliedGains.begin(), plugin->appliedGains.end());
-      const auto out = processBlock(*plugin, in, c.hostOutputs + 1, c.frames, 99.0);
-      const std::vector<double> after(plugin->appliedGains.begin(), plugin->appliedGains.end());
-      for (int s = 0; s < std::min(c.speakers, c.hostOutputs); ++s) {
-        const bool silent = plugin->speakers[s].mute;
-        for (int n = 0; n < c.frames; ++n) {
-          double scale = 0.0;
-          const double expected =
-              silent ? 0.0 : perPairOutput(in, before, after, audible, c, s, n, scale);
-          ASSERT_NEAR(out[static_cast<std::size_t>(s)][static_cast<std::size_t>(n)], expected,
-                      1e-13 * scale)
-              << "speaker " << s << " frame " << n;
-        }
-      }
+      out = processBlock(*plugin, in, c.hostOutputs + 1, c.frames, 99.0);
+      expectPerPairMix(*plugin, in, out, before, appliedGains(*plugin), audible,
+                       std::min(c.inputs, c.hostInputs), std::min(c.speakers, c.hostOutputs),
+                       false);
       EXPECT_EQ(out[static_cast<std::size_t>(c.hostOutputs)][0], 99.0);  // past the host's count
       destroyEngine(*plugin);
     }
   }
 }
 
-TEST_F(AudioProcess, DenormalsAreFlushedInsideAndTheCallersStateRestored) {
+TEST(AudioProcessReference, ThePreferredPathIsTheWidestTheProcessorRuns) {
+  const MixPath best = bestMixKernels().path;
+  EXPECT_TRUE(processorSupports(best));
+  if (processorSupports(MixPath::Avx2)) {
+    EXPECT_NE(best, MixPath::Sse2);
+  }
+}
+
+TEST_F(AudioProcess, SubnormalsFlushToZeroEvenWhileGainsGlideDown) {
   inputOnLeftSpeaker(1.0);
-  const unsigned callerState = _mm_getcsr();
-  const auto out = processBlock(*plugin, constant({1e-310}, 8), 2, 8);
-  EXPECT_EQ(out[0][0], 0.0);
-  EXPECT_EQ(_mm_getcsr(), callerState);
+  EXPECT_EQ(processBlock(*plugin, constant({1e-310}, 8), 2, 8)[0], std::vector<double>(8, 0.0));
+  const Channels quiet = constant({4.0 * DBL_MIN}, 512);  // products fall below DBL_MIN
+  setParameterValue(*plugin, 4, 0.0f);
+  const auto out = processBlock(*plugin, quiet, 2, 512);
+  EXPECT_GT(out[0][0], 0.0);  // the glide starts audible
+  for (double x : out[0]) ASSERT_NE(std::fpclassify(x), FP_SUBNORMAL);
+}
+
+// Inside the block rounding is to nearest and subnormals flush, whatever the caller set; the
+// caller's state comes back unchanged.
+TEST(AudioProcessFloatingPoint, TheCallersStateNeitherLeaksInNorIsLost) {
+  constexpr unsigned kDefault = 0x1f80;  // all exceptions masked, round to nearest
+  const unsigned states[] = {kDefault, kDefault | 0x6000 /* toward zero */,
+                             kDefault | 0x4000 /* up */, kDefault | 0x8040 /* flush already on */,
+                             kDefault | 0x0020 /* precision flag raised */};
+  RecordingHost host;
+  std::mt19937 random(3);
+  std::uniform_real_distribution<double> sample(-1.0, 1.0);
+  Channels noise(3, std::vector<double>(512, 1e-310));
+  for (double& x : noise[0]) x = sample(random);
+  std::vector<Channels> outputs;
+  for (unsigned state : states) {
+    SCOPED_TRACE(state);
+    auto plugin = makeEngineInstance(3);
+    const int speakers = plugin->speakerCount();
+    processBlock(*plugin, noise, speakers, 512);
+    plugin->inputs[0].x = plugin->speakers[0].x + 0.1;  // the block glides
+    plugin->inputs[0].y = plugin->speakers[0].y;
+    plugin->inputs[0].gain = 1.0 / 3.0;
+    markInputsDirty(*plugin, kDirtyAllInputs);
+    _mm_setcsr(state);
+    outputs.push_back(processBlock(*plugin, noise, speakers, 512));
+    const unsigned after = _mm_getcsr();
+    _mm_setcsr(kDefault);
+    EXPECT_EQ(after, state);
+    EXPECT_EQ(outputs.back(), outputs.front());
+    destroyEngine(*plugin);
+  }
+  EXPECT_NE(outputs[0], Channels(outputs[0].size(), std::vector<double>(512, 0.0)));
 }
 
 TEST_F(AudioProcess, TheSinglePrecisionSlotsLeaveBuffersAlone) {

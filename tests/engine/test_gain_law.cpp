@@ -37,6 +37,9 @@ void expectRelative(double actual, double expected) {
   EXPECT_NEAR(actual, expected, std::fabs(expected) * 1e-15) << "expected " << expected;
 }
 
+// Absolute unnormalised, absolute normalised, relative.
+const std::uint32_t kModes[] = {kOptionNormalizeOff, 0u, kOptionRelativeInfluence};
+
 }  // namespace
 
 TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
@@ -58,23 +61,17 @@ TEST_F(GainLaw, SurroundInputOnAFrontSpeakerWithLfeSend) {
   applyLayoutPreset(*plugin, 5);
   placeInput(-1, 1);
   plugin->inputs[0].lfeSend = 1.0;
-  for (std::uint32_t flags :
-       {std::uint32_t{kOptionNormalizeOff}, 0u, std::uint32_t{kOptionRelativeInfluence}}) {
+  for (std::uint32_t flags : kModes) {
     plugin->optionFlags = flags;
-    const auto gains = row();
-    const double expected[] = {1.0, 0.0, 0.0, 0.25, 0.0, 0.0};
-    for (int s = 0; s < 6; ++s)
-      EXPECT_EQ(gains[s], expected[s]) << "flags " << flags << " speaker " << s;
+    EXPECT_EQ(row(), (std::vector<double>{1.0, 0.0, 0.0, 0.25, 0.0, 0.0})) << flags;
   }
 }
 
 TEST_F(GainLaw, AbsoluteLawFromTheDeadZoneToTheEdgeOfReach) {
   speakersAt({{0, 0, 0}, {1, 0, 0}, {0.01, 0, 0}});
   placeInput(0, 0);
-  const auto gains = row();
-  EXPECT_EQ(gains[0], 1.0);  // at the input's point
-  EXPECT_EQ(gains[1], 0.0);  // 1 - (1 - 0.02) / 0.98
-  EXPECT_EQ(gains[2], 1.0);  // inside the dead zone
+  // At the input's point, at the edge of reach (1 - (1 - 0.02) / 0.98), inside the dead zone.
+  EXPECT_EQ(row(), (std::vector<double>{1.0, 0.0, 1.0}));
 }
 
 TEST_F(GainLaw, WithoutNormalisationTheSumMayExceedOne) {
@@ -92,9 +89,6 @@ TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
   plugin->optionFlags = kOptionRelativeInfluence | kOptionNormalizeOff;
   speakersAt({{0, 0, 0}, {0, 0.5, 0}});
   placeInput(0.05, 0);
-  plugin->gainRows = 1;
-  plugin->gainCols = 2;
-  plugin->targetGains.resize(2);
   plugin->spaceScaleX = 1.0;
   const auto gains = row();
   const double dmin = (0.05 - 0.02) / 0.98;
@@ -115,14 +109,17 @@ TEST_F(GainLaw, RelativeLawSilencesTheOppositeWall) {
   EXPECT_GT(gains[2], 0.0);
 }
 
-TEST_F(GainLaw, LfeTakesTheSendAndIsNeverNormalised) {
+TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRowAndTheLfeIsNeverNormalised) {
   applyLayoutPreset(*plugin, 5);
   plugin->optionFlags = 0;
+  placeInput(-1, 1);
   plugin->inputs[0].lfeSend = 4.0;
   EXPECT_EQ(row()[3], 1.0);
-  plugin->speakers[3].gain = 0.5;
+  plugin->speakers[0].gain = plugin->speakers[3].gain = 0.5;
   plugin->inputs[0].gain = 3.0;
-  EXPECT_EQ(row()[3], 1.5);
+  const auto gains = row();
+  EXPECT_EQ(gains[0], 1.5);
+  EXPECT_EQ(gains[3], 1.5);
 }
 
 TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
@@ -134,14 +131,6 @@ TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
   expectRelative(trimmed[0], plain[0] * 2.0);
   expectRelative(trimmed[1], plain[1] * 1.5);
   EXPECT_EQ(trimmed[2], plain[2]);
-}
-
-TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRow) {
-  speakersAt({{0, 0, 0}});
-  placeInput(0, 0);
-  plugin->speakers[0].gain = 0.5;
-  plugin->inputs[0].gain = 3.0;
-  EXPECT_EQ(row()[0], 1.5);
 }
 
 TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
@@ -176,12 +165,9 @@ TEST_F(GainLaw, NoReachAndNoWeightGiveZeroNotNaN) {
   placeInput(0, 0);
   plugin->speakers[0].influence = 0.0;  // and at distance 0: 0 / 0
   plugin->speakers[1].influence = 0.0;
-  for (std::uint32_t flags :
-       {std::uint32_t{kOptionNormalizeOff}, 0u, std::uint32_t{kOptionRelativeInfluence}}) {
+  for (std::uint32_t flags : kModes) {
     plugin->optionFlags = flags;
-    const auto gains = row();
-    EXPECT_EQ(gains[0], 0.0);
-    EXPECT_EQ(gains[1], 0.0);
+    EXPECT_EQ(row(), (std::vector<double>{0.0, 0.0})) << flags;
   }
 }
 
@@ -189,9 +175,7 @@ TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
   plugin->gainRows = plugin->gainCols = 2;  // out of step with the counts
   plugin->targetGains.resize(4);
   plugin->targetGains[0] = 7.0;
-  computeInputGains(*plugin, 0);
-  computeInputGains(*plugin, 5);
-  computeInputGains(*plugin, -1);
+  for (int row : {0, 5, -1}) computeInputGains(*plugin, row);
   EXPECT_EQ(plugin->targetGains[0], 7.0);
   ASSERT_EQ(plugin->speakerCount(), 2);
   plugin->gainRows = 1;  // in step with the counts, but the matrix is short of a row

@@ -49,37 +49,7 @@ extern "C" int posix_memalign(void** pointer, std::size_t alignment, std::size_t
   *pointer = __libc_memalign(alignment, size);
   return *pointer != nullptr ? 0 : 12;  // ENOMEM
 }
-#endif
 
-TEST(RealTime, StableCountsMeanNoAllocationInTheBlock) {
-#if !SPATIOLA_COUNT_ALLOCATIONS
-  GTEST_SKIP() << "allocation counting needs the plain allocator";
-#else
-  RecordingHost host;
-  auto plugin = makeEngineInstance(8);
-  Channels in(8, std::vector<double>(512, 0.25));
-  Channels out(10, std::vector<double>(512));
-  double* ins[8];
-  double* outs[10];
-  for (int i = 0; i < 8; ++i) ins[i] = in[static_cast<std::size_t>(i)].data();
-  for (int s = 0; s < 10; ++s) outs[s] = out[static_cast<std::size_t>(s)].data();
-  processDoubleReplacing(&plugin->effect, ins, outs, 512);  // sizes the matrices once
-  counting = true;
-  for (int block = 0; block < 50; ++block) {
-    if (block % 10 == 3) {
-      plugin->inputs[block % 8].x = 0.01 * block;  // changing gains ramp without allocating
-      markInputsDirty(*plugin, block % 8);
-    }
-    plugin->inputs[1].mute = block % 7 == 0;
-    processDoubleReplacing(&plugin->effect, ins, outs, block % 5 == 0 ? 17 : 512);
-  }
-  counting = false;
-  EXPECT_EQ(allocations.load(), 0);
-  destroyEngine(*plugin);
-#endif
-}
-
-#if SPATIOLA_COUNT_ALLOCATIONS
 namespace {
 
 // Eight inputs into ten outputs, with blocks of the given lengths; counts only what is asked.
@@ -130,14 +100,10 @@ TEST(RealTime, NoAllocationWhateverChangesWhileTheCountsStay) {
          for (InputChannel& input : p.inputs) input.gain = (b % 3) * 0.5;
          markInputsDirty(p, -1);
        }},
-      {"input mute and solo",
+      {"mute and solo",
        [](PannerPlugin& p, int b) {
          p.inputs[b % 8].mute = b % 2;
          p.inputs[(b + 3) % 8].solo = b % 3 == 0;
-       }},
-      {"speaker mute and solo",
-       [](PannerPlugin& p, int b) {
-         p.speakers[b % 8].mute = b % 2;
          p.speakers[(b + 5) % 8].solo = b % 4 == 0;
        }},
       {"parameters from the host",
@@ -192,4 +158,8 @@ TEST(RealTime, OnlyTheBlockAfterACountChangeMayAllocate) {
 }
 
 }  // namespace
+#else
+TEST(RealTime, NeedsThePlainAllocator) {
+  GTEST_SKIP() << "allocation counting needs the plain allocator";
+}
 #endif
