@@ -41,7 +41,3 @@ inline std::vector<MixPath> supportedPaths() {
   }
   return paths;
 }
-
-inline const char* pathName(MixPath path) {
-  return path == MixPath::Avx512 ? "AVX-512" : path == MixPath::Avx2 ? "AVX2" : "SSE2";
-}
