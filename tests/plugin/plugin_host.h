@@ -4,15 +4,11 @@
 
 #include <dlfcn.h>
 
-#include <cstring>
-#include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "platform/host_functions.h"
+#include "host_double.h"
 #include "platform/plask_api.h"
-#include "platform/vst2.h"
 
 struct RecordedCall {
   AEffect* effect;
@@ -74,32 +70,22 @@ class TestHost {
   AEffect* create() const { return PluginLibrary::instance().create(&TestHost::callback); }
 
  private:
-  static const char* iniFile() { return "/tmp/spatiola-conformance.ini"; }
-
   VstIntPtr answer(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
                    void* ptr, float opt) {
     if (opcode == kHostExtensionOpcode && index == kHostFunctionLookupIndex) {
-      const std::string name = static_cast<const char*>(ptr);
-      lookups.push_back(name);
-      if (name == "get_ini_file" && serveIniFile) return reinterpret_cast<VstIntPtr>(&iniFile);
-      return 0;
+      lookups.push_back(static_cast<const char*>(ptr));
+      return *hostQueryAnswer(opcode, index, ptr, channelCount, serveIniFile);
     }
     RecordedCall call{effect, opcode, index, value, opt, {}, reinterpret_cast<VstIntPtr>(ptr)};
     if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
       call.change = *static_cast<ParameterListChange*>(ptr);
     }
     calls.push_back(call);
-    if (opcode == kHostExtensionOpcode && index == kHostChannelCountIndex) return channelCount;
-    return 0;
+    return hostQueryAnswer(opcode, index, ptr, channelCount).value_or(0);
   }
 
   static inline TestHost* active_ = nullptr;
 };
-
-inline VstIntPtr dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,
-                          VstIntPtr value = 0, void* ptr = nullptr, float opt = 0.0f) {
-  return effect->dispatcher(effect, opcode, index, value, ptr, opt);
-}
 
 inline std::string textOf(AEffect* effect, std::int32_t opcode, std::int32_t index = 0) {
   char buffer[256] = "unchanged";
