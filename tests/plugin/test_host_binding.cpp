@@ -1,4 +1,4 @@
-// Host-function fetching and localized dialog creation, linked in directly.
+// Localized dialog creation, linked in directly.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -43,18 +43,6 @@ DLGPROC prepareDialog(const char* context, HINSTANCE, int resourceId, DLGPROC, L
   return &localizedProcedure;
 }
 
-const char* iniFile() {
-  return "x";
-}
-std::vector<std::string> known;
-VstIntPtr lookUp(AEffect*, std::int32_t, std::int32_t, VstIntPtr, void* ptr, float) {
-  const std::string name = static_cast<const char*>(ptr);
-  for (const std::string& k : known) {
-    if (k == name) return reinterpret_cast<VstIntPtr>(&iniFile);
-  }
-  return 0;
-}
-
 }  // namespace
 
 TEST(LocalizedDialog, TheHostsHookReplacesProcedureAndParameterOfModelessDialogs) {
@@ -79,24 +67,4 @@ TEST(LocalizedDialog, TheHostsHookReplacesProcedureAndParameterOfModelessDialogs
   EXPECT_EQ(dialog.param, reinterpret_cast<LPARAM>(prepare.scratch));
   plaskSlots[static_cast<int>(PlaskId::PLASK_CreateDialog)] = nullptr;
   hostApi = HostApi{};
-}
-
-TEST(HostFunctions, EveryFetchOverwritesTheTable) {
-  known = {"get_ini_file", "SLIDER2DB"};
-  fetchHostFunctions(&lookUp);
-  EXPECT_NE(hostApi.get_ini_file, nullptr);
-  EXPECT_NE(hostApi.SLIDER2DB, nullptr);
-  known = {"get_ini_file"};
-  fetchHostFunctions(&lookUp);
-  EXPECT_NE(hostApi.get_ini_file, nullptr);
-  EXPECT_EQ(hostApi.SLIDER2DB, nullptr);  // a host that no longer knows it
-  hostApi = HostApi{};
-}
-
-TEST(WindowLayerCalls, AnUnboundSlotAnswersZero) {
-  EXPECT_EQ(plaskCall<PlaskId::GetDlgItem>(nullptr, 5), nullptr);
-  EXPECT_FALSE(plaskAvailable<PlaskId::lstrcpyn>());
-  plaskSlots[static_cast<int>(PlaskId::lstrcpyn)] = missingFunctionStubAddress();
-  EXPECT_FALSE(plaskAvailable<PlaskId::lstrcpyn>());
-  plaskSlots[static_cast<int>(PlaskId::lstrcpyn)] = nullptr;
 }
