@@ -64,9 +64,7 @@ namespace {
 struct Probe {
   bool ran = false;
   bool lockWasFree = false;
-  int mutexLocks = 0;
-  bool lockedModelMutex = false;
-  int otherWaits = 0;
+  WaitLog waited;
   int gainRowsBefore = 0;  // the count change leaves the gain law to the block
   int gainRowsAfter = 0;
   int gainColsAfter = 0;
@@ -90,9 +88,7 @@ void probeBlock(PannerPlugin& plugin) {
   probe.gainRowsBefore = plugin.gainRows;
   waits = WaitLog{};
   plugin.effect.processDoubleReplacing(&plugin.effect, ins, outs, 64);
-  probe.mutexLocks = waits.mutexLocks;
-  probe.lockedModelMutex = waits.lastMutex == &plugin.modelMutex;
-  probe.otherWaits = waits.otherWaits;
+  probe.waited = waits;
   probe.gainRowsAfter = plugin.gainRows;
   probe.gainColsAfter = plugin.gainCols;
 }
@@ -149,9 +145,9 @@ TEST(AudioBlocking, ABlockCompletesWhileTheHostIsToldOfACountChange) {
     EXPECT_EQ(probe.gainRowsAfter, c.inputs);
     EXPECT_EQ(probe.gainColsAfter, c.speakers);
 #if SPATIOLA_WATCH_WAITS
-    EXPECT_EQ(probe.mutexLocks, 1);
-    EXPECT_TRUE(probe.lockedModelMutex);
-    EXPECT_EQ(probe.otherWaits, 0);
+    EXPECT_EQ(probe.waited.mutexLocks, 1);
+    EXPECT_EQ(probe.waited.lastMutex, &plugin.modelMutex);
+    EXPECT_EQ(probe.waited.otherWaits, 0);
 #endif
     dispatch(effect, effClose);
   }
