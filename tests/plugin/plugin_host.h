@@ -15,40 +15,32 @@ struct RecordedCall {
   std::int32_t opcode;
   std::int32_t index;
   VstIntPtr value;
-  float opt;
   ParameterListChange change;  // behind ptr of a parameter-list notification
   VstIntPtr ptrValue;
 };
 
-class PluginLibrary {
- public:
-  PluginLibrary() {
-    handle_ = dlopen(SPATIOLA_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
-    if (handle_ == nullptr) return;
-    main_ = reinterpret_cast<AEffect* (*)(audioMasterCallback)>(dlsym(handle_, "VSTPluginMain"));
-    dllMain_ =
-        reinterpret_cast<int (*)(HINSTANCE, DWORD, PlaskGetter)>(dlsym(handle_, "PLASK_dllMain"));
-    moduleMain_ = reinterpret_cast<int (*)(HINSTANCE, DWORD)>(dlsym(handle_, "DllMain"));
-  }
-  bool loaded() const { return handle_ != nullptr && main_ && dllMain_ && moduleMain_; }
-  AEffect* create(audioMasterCallback callback) const { return main_(callback); }
-  int plaskDllMain(DWORD reason, PlaskGetter getter) const {
-    return dllMain_(reinterpret_cast<HINSTANCE>(handle_), reason, getter);
-  }
-  int dllMain(DWORD reason) const {
-    return moduleMain_(reinterpret_cast<HINSTANCE>(handle_), reason);
-  }
+// The built plug-in, loaded once per process; its exports are null when it failed to load.
+struct PluginLibrary {
+  void* handle = dlopen(SPATIOLA_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
+  AEffect* (*create)(audioMasterCallback) =
+      symbol<AEffect* (*)(audioMasterCallback)>("VSTPluginMain");
+  int (*plaskMain)(HINSTANCE, DWORD,
+                   PlaskGetter) = symbol<int (*)(HINSTANCE, DWORD, PlaskGetter)>("PLASK_dllMain");
+  int (*moduleMain)(HINSTANCE, DWORD) = symbol<int (*)(HINSTANCE, DWORD)>("DllMain");
 
+  template <typename Function>
+  Function symbol(const char* name) const {
+    return handle ? reinterpret_cast<Function>(dlsym(handle, name)) : nullptr;
+  }
+  bool loaded() const { return create && plaskMain && moduleMain; }
+  int plaskDllMain(DWORD reason, PlaskGetter getter) const {
+    return plaskMain(static_cast<HINSTANCE>(handle), reason, getter);
+  }
+  int dllMain(DWORD reason) const { return moduleMain(static_cast<HINSTANCE>(handle), reason); }
   static const PluginLibrary& instance() {
     static const PluginLibrary library;
     return library;
   }
-
- private:
-  void* handle_ = nullptr;
-  AEffect* (*main_)(audioMasterCallback) = nullptr;
-  int (*dllMain_)(HINSTANCE, DWORD, PlaskGetter) = nullptr;
-  int (*moduleMain_)(HINSTANCE, DWORD) = nullptr;
 };
 
 // The host side of one test. Only one is active at a time (the callback is a plain function).
@@ -63,20 +55,20 @@ class TestHost {
   std::vector<RecordedCall> calls;
 
   static VstIntPtr callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
-                            VstIntPtr value, void* ptr, float opt) {
-    return active_ ? active_->answer(effect, opcode, index, value, ptr, opt) : 0;
+                            VstIntPtr value, void* ptr, float) {
+    return active_ ? active_->answer(effect, opcode, index, value, ptr) : 0;
   }
 
   AEffect* create() const { return PluginLibrary::instance().create(&TestHost::callback); }
 
  private:
   VstIntPtr answer(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
-                   void* ptr, float opt) {
+                   void* ptr) {
     if (opcode == kHostExtensionOpcode && index == kHostFunctionLookupIndex) {
       lookups.push_back(static_cast<const char*>(ptr));
       return *hostQueryAnswer(opcode, index, ptr, channelCount, serveIniFile);
     }
-    RecordedCall call{effect, opcode, index, value, opt, {}, reinterpret_cast<VstIntPtr>(ptr)};
+    RecordedCall call{effect, opcode, index, value, {}, reinterpret_cast<VstIntPtr>(ptr)};
     if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
       call.change = *static_cast<ParameterListChange*>(ptr);
     }
