@@ -160,6 +160,9 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
        "spatiola: cannot read the audio file " + path("text.so") + ": "},
       {{"render", "--plugin", kProbe, "--layout", "5.1 surround", in, out},
        "spatiola: --layout applies to Spatiola only; " + kProbe + " is another plug-in\n"},
+      {{"render", "--layout", "6.1", in, out},
+       "spatiola: --layout '6.1' is neither a speaker count nor one of \"stereo\", "
+       "\"quadraphonic\""},
       {{"render", "--plugin", kProbe, in, path("o.xyz")},
        "spatiola: cannot tell the output format from '" + path("o.xyz") + "'"},
   };
