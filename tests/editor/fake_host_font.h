@@ -9,7 +9,6 @@
 
 struct FakeFontLog {
   std::vector<int> handleHeights;  // lfHeight of every CreateFontIndirect, in order
-  std::vector<int> handleWidths;
   int fontsMade = 0;
   int fontsDeleted = 0;
 };

@@ -1,6 +1,7 @@
 // The DPI-aware font against fake host fonts: sizes per scale, the four-entry cache, state copies.
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <utility>
 
 #include "editor/view/dpi_aware_font.h"
@@ -18,7 +19,6 @@ DAUB_IFont* makeFakeFont() {
 
 HFONT createFakeHandle(const LOGFONT* logFont) {
   fakeFontLog.handleHeights.push_back(logFont->lfHeight);
-  fakeFontLog.handleWidths.push_back(logFont->lfWidth);
   return reinterpret_cast<HFONT>(static_cast<std::intptr_t>(fakeFontLog.handleHeights.size()));
 }
 
@@ -58,32 +58,24 @@ class DpiAwareFont : public ::testing::Test {
 };
 
 TEST_F(DpiAwareFont, ViewFontsStartFromArialTemplates) {
-  const struct {
-    bool bold;
-    int height;
-    int weight;
-  } cases[] = {{false, 12, 400}, {true, 11, 700}};
-  for (const auto& c : cases) {
-    dpiAwareFont* made = createViewFont(c.bold);
-    EXPECT_EQ(made->logFont.lfHeight, c.height);
-    EXPECT_EQ(made->logFont.lfWeight, c.weight);
-    EXPECT_EQ(made->logFont.lfWidth, 0);
+  for (const auto& [bold, height, weight] :
+       {std::tuple{false, 12, 400}, std::tuple{true, 11, 700}}) {
+    dpiAwareFont* made = createViewFont(bold);
+    EXPECT_EQ(made->logFont.lfHeight, height);
+    EXPECT_EQ(made->logFont.lfWeight, weight);
     EXPECT_STREQ(made->logFont.lfFaceName, "Arial");
-    EXPECT_EQ(made->SetBkMode(1), 0);
     delete made;
   }
 }
 
 TEST_F(DpiAwareFont, RealizesThePixelHeightOfEachScale) {
   const struct {
-    int scale256;
-    int height;
-    int scaledFlag;
-  } cases[] = {{384, 18, DAUB_FONT_FLAG_SCALED},
+    int scale256, height, scaledFlag;
+  } cases[] = {{0, 12, 0},
                {256, 12, 0},
-               {0, 12, 0},
-               {512, 24, DAUB_FONT_FLAG_SCALED},
-               {300, 14, DAUB_FONT_FLAG_SCALED}};
+               {300, 14, DAUB_FONT_FLAG_SCALED},
+               {384, 18, DAUB_FONT_FLAG_SCALED},
+               {512, 24, DAUB_FONT_FLAG_SCALED}};
   for (const auto& c : cases) {
     FakeHostFont* host = drawAt(c.scale256);
     ASSERT_NE(host, nullptr);
@@ -92,32 +84,25 @@ TEST_F(DpiAwareFont, RealizesThePixelHeightOfEachScale) {
   }
 }
 
-TEST_F(DpiAwareFont, ASecondScaleUsesASecondEntryAndKeepsTheFirst) {
-  FakeHostFont* at384 = drawAt(384);
+TEST_F(DpiAwareFont, KeepsFourSizesAndReusesTheLeastRecentlyUsedForAFifth) {
   FakeHostFont* at256 = drawAt(256);
+  FakeHostFont* at384 = drawAt(384);
   EXPECT_NE(at384, at256);
+  EXPECT_EQ(drawAt(256), at256);  // realised already: no handle, moved to the end
   EXPECT_EQ(entry(3), std::make_pair(12, at256));
-  EXPECT_EQ(entry(2), std::make_pair(18, at384));
-  EXPECT_EQ(fakeFontLog.handleHeights, (std::vector<int>{18, 12}));
-  // Drawing at an already realised scale makes no handle and moves the entry to the end.
-  EXPECT_EQ(drawAt(384), at384);
-  EXPECT_EQ(entry(3), std::make_pair(18, at384));
-  EXPECT_EQ(fakeFontLog.handleHeights.size(), 2u);
-}
-
-TEST_F(DpiAwareFont, AFifthHeightReusesTheLeastRecentlyUsedObjectWithANewHandle) {
-  FakeHostFont* oldest = drawAt(256);
-  drawAt(384);
+  EXPECT_EQ(fakeFontLog.handleHeights, (std::vector<int>{12, 18}));
   drawAt(512);
   drawAt(640);
-  EXPECT_EQ(fakeFontLog.fontsMade, 4);
   FakeHostFont* fifth = drawAt(768);
-  EXPECT_EQ(fifth, oldest);
+  EXPECT_EQ(fifth, at384);
   EXPECT_EQ(fakeFontLog.fontsMade, 4);
   EXPECT_EQ(heightOfHandle(fifth->handle), 36);
   EXPECT_EQ(fifth->attachCount, 2);
-  EXPECT_EQ(entry(3), std::make_pair(36, oldest));
-  EXPECT_EQ(entry(0).first, 18);  // 384 is now the least recently used
+  EXPECT_EQ(entry(3), std::make_pair(36, at384));
+  EXPECT_EQ(entry(0).first, 12);  // 256 is now the least recently used
+  delete font;
+  font = nullptr;
+  EXPECT_EQ(fakeFontLog.fontsDeleted, 4);
 }
 
 TEST_F(DpiAwareFont, DrawingCopiesTheWrappersStateButMeasuringDoesNot) {
@@ -128,7 +113,6 @@ TEST_F(DpiAwareFont, DrawingCopiesTheWrappersStateButMeasuringDoesNot) {
   font->SetLineGap(3);
   FakeHostFont* host = drawAt(256, DT_CALCRECT | DT_SINGLELINE);
   EXPECT_EQ(host->textColor, 0x11111111u);
-  EXPECT_EQ(host->bkMode, -1);
   EXPECT_EQ(host->lastDrawFlags, static_cast<UINT>(DT_CALCRECT | DT_SINGLELINE));
   drawAt(256);
   EXPECT_EQ(host->textColor, 0xFF102030u);
@@ -159,17 +143,9 @@ TEST_F(DpiAwareFont, WithoutHostFontsNothingIsDrawnAndLinesAreTenHigh) {
   RECT box{0, 0, 10, 10};
   EXPECT_EQ(font->DrawText(&bitmap, "A", -1, &box, DT_SINGLELINE), 0);
   EXPECT_EQ(font->GetLineHeight(), 10);
+  EXPECT_EQ(font->GetFontHandle(), nullptr);
   hostApi.DAUB_CreateFont = &makeFakeFont;
   EXPECT_EQ(font->GetLineHeight(), 14);  // the fake answers its unscaled height + 2
-  EXPECT_EQ(font->GetFontHandle(), nullptr);
-}
-
-TEST_F(DpiAwareFont, DeletingTheFontDeletesItsHostFonts) {
-  drawAt(256);
-  drawAt(384);
-  delete font;
-  font = nullptr;
-  EXPECT_EQ(fakeFontLog.fontsDeleted, 2);
 }
 
 }  // namespace
