@@ -1,5 +1,5 @@
 // Drag steps in the space view: inputs as a rigid group, mirrored by `reverse`, stopped at the
-// border; height with Alt; speakers in a user setup; the rectangle's corner; the host's reports.
+// border; height with Alt; speakers in a user setup; the host's reports.
 #include "editor/view/space_mouse.h"
 #include "model/parameter_index.h"
 #include "space_mouse_fixture.h"
@@ -158,18 +158,6 @@ TEST(DragInput, AViewWithoutPixelsMovesNothing) {
   EXPECT_FALSE(dragTo(*plugin, 10, 10, 0, 200));
   expectPlace(plugin->inputs[0], {0.0, 0.0, 0.0});
   EXPECT_TRUE(host.calls().empty());
-}
-
-TEST(DragBand, MovesTheSecondCornerOnlyWhileARectangleIsDrawn) {
-  auto plugin = makeRoom({{0.5, 0.5, 0.0}});
-  EXPECT_FALSE(dragTo(*plugin, 40, 40, kViewSize, kViewSize));
-  startBandSelect(*plugin, 10, 20);
-  plugin->changeFlags = 0;
-  EXPECT_TRUE(dragTo(*plugin, 50, 60, kViewSize, kViewSize));
-  EXPECT_EQ(std::vector<int>(plugin->bandRect, plugin->bandRect + 4),
-            (std::vector<int>{10, 20, 50, 60}));
-  EXPECT_EQ(plugin->changeFlags.load(), kChangeInputs);
-  EXPECT_EQ(plugin->inputs[0].x, 0.5);
 }
 
 }  // namespace

@@ -112,17 +112,4 @@ TEST(GrabSpeaker, InputsComeFirstAndLockedInputsLetSpeakersThrough) {
   EXPECT_EQ(plugin->dragSpeaker, 0);
 }
 
-TEST(BandSelect, StartsAtTheMouseWithNothingGrabbed) {
-  auto plugin = makeRoom({{0.5, 0.5, 0.0}});
-  plugin->dragInput = 0;
-  plugin->dragMoves = 4;
-  startBandSelect(*plugin, 12, 34);
-  EXPECT_EQ(plugin->dragInput, -1);
-  EXPECT_EQ(plugin->bandActive, 1);
-  EXPECT_EQ(std::vector<int>(plugin->bandRect, plugin->bandRect + 4),
-            (std::vector<int>{12, 34, 12, 34}));
-  EXPECT_EQ(plugin->dragMoves, 0);
-  EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeSpeakers);
-}
-
 }  // namespace
