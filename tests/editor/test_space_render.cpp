@@ -109,18 +109,6 @@ TEST_F(RoomPicture, SelectionBandIsAnAdditiveFillWithAnOutline) {
   EXPECT_EQ(at(paint(), 30, 30), kBackground);
 }
 
-TEST_F(RoomPicture, ADpiScaleSizesTheDots) {
-  const struct { int scale256, radius; } cases[] = {{0, 5}, {384, 7}, {512, 10}};
-  for (const auto& c : cases) {
-    counts(1, 0);
-    copyChannelName(place(0, 0.5, 0.5).name, "a");
-    const BitmapPtr bitmap = paint(200, 160, c.scale256);
-    EXPECT_TRUE(near(at(bitmap, 148 - c.radius, 42), 0xFFFFFFFF, 0x30)) << c.scale256;
-    EXPECT_EQ(at(bitmap, 148 - c.radius - 2, 42), kBackground) << c.scale256;
-    EXPECT_EQ(plugin.inlineScale, c.scale256 == 0 ? 256 : c.scale256);
-  }
-}
-
 TEST_F(RoomPicture, TheBackLayerIsRedrawnOnlyForSpeakerChangesOrANewSize) {
   BitmapPtr front = newBitmap(200, 160);
   BitmapPtr back = newBitmap(200, 160, 0xFF0000FF);  // marks a layer that was never redrawn
