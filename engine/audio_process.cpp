@@ -16,6 +16,7 @@ struct BlockCapture {
   int inputs = 0;   // min(inputCount, numInputs before the block)
   int outputs = 0;  // min(speakerCount, numOutputs before the block)
   int columns = 0;  // row stride of the matrices
+  int cells = 0;    // size of the matrices: another thread may mark them for re-sizing meanwhile
   std::uint64_t inputAudible = 0;
   std::uint64_t speakerAudible = 0;
   int inputFaderOffset = 0;
@@ -104,6 +105,7 @@ void captureBlock(PannerPlugin& plugin, MixEngine& engine, int frames, BlockCapt
   block.speakerAudible = audibleMask(plugin.speakers);
   prepareRamp(plugin, engine, resized, frames, block);
   block.columns = plugin.gainCols;
+  block.cells = plugin.gainRows * plugin.gainCols;
   block.inputs = std::min(plugin.inputCount(), plugin.effect.numInputs);
   block.outputs = std::min(plugin.speakerCount(), plugin.effect.numOutputs);
   plugin.effect.numInputs = plugin.inputCount();
@@ -240,8 +242,7 @@ void mixBlock(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& block
   }
   updateSpeakerMeters(plugin, engine, block, frames);
   if (block.rampPrepared) {
-    const int cells = plugin.gainRows * plugin.gainCols;
-    std::copy(plugin.targetGains.data(), plugin.targetGains.data() + cells,
+    std::copy(plugin.targetGains.data(), plugin.targetGains.data() + block.cells,
               plugin.appliedGains.data());
     ++engine.gainsGeneration;
   }

@@ -85,7 +85,10 @@ void processPendingArrangement(PannerPlugin* plugin) {
                         10 * (newInputs - oldInputs));
   }
   if (oldSpeakers == newSpeakers && oldInputs == newInputs) return;
-  plugin->effect.numParams = parameterCountFor(newInputs, newSpeakers);
+  {
+    ModelLock lock(*plugin);  // setParameter on the automation thread reads it under the lock
+    plugin->effect.numParams = parameterCountFor(newInputs, newSpeakers);
+  }
   notifyChannelCounts(*plugin, packedChannelCounts(newSpeakers, newInputs));
   if (oldSpeakers != newSpeakers && editorStarted) {
     notifyChannelCounts(*plugin, newSpeakers);

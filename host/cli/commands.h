@@ -2,6 +2,7 @@
 // are thrown as HostError and reported by main.
 #pragma once
 
+#include <cstdint>
 #include <ostream>
 #include <string>
 
@@ -25,6 +26,9 @@ struct BenchOptions {
   double sampleRate = 48000.0;
   bool movingAutomation = false;
   int repeats = 5;
+  bool randomBlocks = false;   // block sizes drawn from 0..blockSize
+  std::uint64_t seed = 1;      // of the random block sizes
+  double reportSeconds = 0.0;  // > 0: one long run, a line of cost and memory this often
 };
 int runBench(const BenchOptions& options, std::ostream& out);
 

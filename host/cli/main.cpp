@@ -61,7 +61,14 @@ void addBench(CLI::App& app, BenchOptions& options) {
   bench->add_option("--seconds", options.seconds, "audio per run (default 10)");
   bench->add_option("--rate", options.sampleRate, "sample rate (default 48000)");
   bench->add_option("--repeat", options.repeats, "runs, the median is shown (default 5)");
-  bench->add_flag("--moving", options.movingAutomation, "change parameters every block");
+  bench->add_flag("--moving", options.movingAutomation,
+                  "change parameters every block (Spatiola: every input's position)");
+  bench->add_flag("--random-blocks", options.randomBlocks,
+                  "draw each block's size from 0..--block (reproducible with --seed)");
+  bench->add_option("--seed", options.seed, "seed of --random-blocks (default 1)");
+  bench->add_option("--report", options.reportSeconds,
+                    "soak: one run of --seconds, a line of cost per block and memory every "
+                    "SECONDS of wall time, and a first/last comparison");
 }
 
 void addDemo(CLI::App& app, DemoOptions& options) {
