@@ -1,5 +1,4 @@
-// The position readout of the info label: its text, the bounded append, and the label and timer
-// calls it makes.
+// The position readout of the info label: its text and the label and timer calls it makes.
 #include <cstring>
 
 #include "editor/view/position_readout.h"
@@ -25,21 +24,6 @@ TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
     formatPosition(text, kReadoutCapacity, c.x, c.y, c.z);
     EXPECT_STREQ(text, c.text);
   }
-}
-
-TEST(AppendFormat, AppendsWithinTheCapacityAndAlwaysTerminates) {
-  const struct {
-    int capacity;
-    const char* after;
-  } cases[] = {{8, "ab12345"}, {6, "ab123"}, {3, "ab"}, {0, "ab"}, {-1, "ab"}};
-  for (const auto& c : cases) {
-    char text[8] = "ab";
-    appendFormat(text, c.capacity, "%d", 12345);
-    EXPECT_STREQ(text, c.after) << c.capacity;
-  }
-  char full[4] = {'a', 'b', 'c', 'd'};  // unterminated: left alone
-  appendFormat(full, 4, "%s", "e");
-  EXPECT_EQ(std::string(full, 4), "abcd");
 }
 
 class PositionReadout : public ::testing::Test {

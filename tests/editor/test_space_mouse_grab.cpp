@@ -50,25 +50,6 @@ TEST(Grab, RaisedInputIsHitWhereItIsDrawnAndKeepsItsFloorOffset) {
   EXPECT_EQ(plugin->grabOffsetY, 39 - 50);
 }
 
-TEST(Grab, SelectionChangesOnlyForAPlainGrabOfAnUnselectedInput) {
-  const struct {
-    const char* what;
-    bool shift, ctrl;
-    std::vector<int> before, after;  // input 0 is clicked
-  } cases[] = {{"plain", false, false, {1, 2}, {0}},
-               {"plain on a selected one", false, false, {0, 2}, {0, 2}},
-               {"shift", true, false, {1}, {1}},
-               {"ctrl on a selected one", false, true, {0, 1}, {0, 1}}};
-  for (const auto& c : cases) {
-    auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
-    selectInputs(*plugin, c.before);
-    HeldKeys keys(c.shift, c.ctrl, false);
-    ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-    EXPECT_EQ(selectedInputs(*plugin), c.after) << c.what;
-    EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeSpeakers) << c.what;
-  }
-}
-
 TEST(Grab, EmptyFloorDeselectsEverythingUnlessLocked) {
   auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}});
   selectInputs(*plugin, {0, 1});
