@@ -74,9 +74,7 @@ class InfoLabelRecorder {
 };
 
 struct Place {
-  double x;
-  double y;
-  double z;
+  double x, y, z;
 };
 
 // `inputs` placed as given, none selected; the default speaker layout; change marks cleared.
@@ -99,9 +97,8 @@ inline std::unique_ptr<PannerPlugin> makeRoom(const std::vector<Place>& inputs) 
 inline std::unique_ptr<PannerPlugin> makeUserSetup(const std::vector<Place>& speakers) {
   auto plugin = makeRoom({{-0.9, -0.9, 0.0}});
   setSpeakerCount(*plugin, static_cast<int>(speakers.size()));
-  for (std::size_t s = 0; s < speakers.size(); ++s) {
-    const Place& place = speakers[s];
-    setSpeaker(*plugin, static_cast<int>(s), "speaker", place.x, place.y, place.z, 1.0);
+  for (int s = 0; s < plugin->speakerCount(); ++s) {
+    setSpeaker(*plugin, s, "speaker", speakers[s].x, speakers[s].y, speakers[s].z, 1.0);
   }
   plugin->dirtyInputs = 0;
   plugin->changeFlags = 0;
@@ -122,8 +119,7 @@ inline std::vector<int> selectedInputs(const PannerPlugin& plugin) {
 
 // The host calls as (opcode, index, value) with automation values; end-of-edit calls carry 0.
 struct Report {
-  std::int32_t opcode;
-  std::int32_t index;
+  std::int32_t opcode, index;
   float value;
   // Positions reached by sums of pixel steps differ from the written decimals in the last bits.
   bool operator==(const Report& other) const {
