@@ -22,9 +22,20 @@ seed() {
   done
 }
 
+# One of libFuzzer's final "stat::name: value" lines.
+stat_of() {
+  awk -v key="stat::$1:" '$1 == key {print $2}' "$2"
+}
+
 # "cov: 1064 ft: 2485 corp: 1062/13106b" of the last status line, as three fields.
 coverage() {
-  grep -Eo 'cov: [0-9]+ ft: [0-9]+ corp: [0-9]+' "$1" | tail -1 | awk '{print $2, $4, $6}'
+  awk '/ cov: [0-9]+ ft: / {
+    for (i = 1; i < NF; ++i) {
+      if ($i == "cov:") c = $(i + 1)
+      if ($i == "ft:") f = $(i + 1)
+      if ($i == "corp:") { split($(i + 1), n, "/"); p = n[1] }
+    }
+  } END { print c, f, p }' "$1"
 }
 
 summary=()
@@ -36,8 +47,8 @@ for fuzzer in "${fuzzers[@]}"; do
   status=0
   (cd "$scratch" && "$root/build-fuzz/$fuzzer" -max_total_time="$seconds" -timeout=30 \
     -print_final_stats=1 -artifact_prefix="$scratch/$fuzzer-" "$fuzzer" >"$log" 2>&1) || status=$?
-  runs="$(grep -Eo 'number_of_executed_units: [0-9]+' "$log" | awk '{print $2}')"
-  rate="$(grep -Eo 'average_exec_per_sec: [0-9]+' "$log" | awk '{print $2}')"
+  runs="$(stat_of number_of_executed_units "$log")"
+  rate="$(stat_of average_exec_per_sec "$log")"
   read -r cov ft corpus <<<"$(coverage "$log")"
   summary+=("$(printf '%-18s %10s %8s %6s %7s %7s' "$fuzzer" "${runs:-?}" "${rate:-?}" \
     "${cov:-?}" "${ft:-?}" "${corpus:-?}")")
@@ -45,7 +56,7 @@ for fuzzer in "${fuzzers[@]}"; do
     failed+=("$fuzzer")
     mkdir -p "build-fuzz/findings/$fuzzer"
     cp "$scratch/$fuzzer"-* "build-fuzz/findings/$fuzzer/" 2>/dev/null || true
-    grep -E -A12 'ERROR|check failed|runtime error|Test unit written' "$log" | head -40 >&2
+    grep -E -A12 'ERROR|check failed|runtime error|Test unit written' "$log" | head -40 >&2 || true
   fi
 done
 
