@@ -208,11 +208,14 @@ std::vector<double*> pointersTo(Channels& channels) {
   return pointers;
 }
 
-void process(Session& session, ByteStream& in) {
-  const int frames = in.u16() % (kMaxFrames + 1);
-  const double amplitude = kAmplitudes[in.u8() % std::size(kAmplitudes)];
-  const std::uint32_t seed = in.u8();
-  if (++session.blocks > kMaxBlocksPerInput) return;
+bool allFinite(const Channels& channels) {
+  return std::all_of(channels.begin(), channels.end(), [](const std::vector<double>& channel) {
+    return std::all_of(channel.begin(), channel.end(), [](double s) { return std::isfinite(s); });
+  });
+}
+
+// One block with as many buffers as the effect announces, each exactly `frames` long.
+void runBlock(Session& session, int frames, double amplitude, std::uint32_t seed) {
   const int inputCount = session.effect->numInputs;
   const int outputCount = session.effect->numOutputs;
   FUZZ_CHECK(inputCount >= 0 && inputCount <= kMaxInputs);
@@ -223,9 +226,14 @@ void process(Session& session, ByteStream& in) {
   std::vector<double*> outputPointers = pointersTo(outputs);
   session.effect->processDoubleReplacing(session.effect, inputPointers.data(),
                                          outputPointers.data(), frames);
-  for (const auto& channel : outputs)
-    FUZZ_CHECK(
-        std::all_of(channel.begin(), channel.end(), [](double s) { return std::isfinite(s); }));
+  FUZZ_CHECK(allFinite(outputs));
+}
+
+void process(Session& session, ByteStream& in) {
+  const int frames = in.u16() % (kMaxFrames + 1);
+  const double amplitude = kAmplitudes[in.u8() % std::size(kAmplitudes)];
+  const std::uint32_t seed = in.u8();
+  if (++session.blocks <= kMaxBlocksPerInput) runBlock(session, frames, amplitude, seed);
 }
 
 void hostChannelChange(Session& session, ByteStream& in) {
