@@ -19,8 +19,8 @@ namespace {
 constexpr std::size_t kTextBytes = 256;
 constexpr char kUnwritten = 0x7f;
 constexpr int kLastOpcode = 80;
-constexpr int kMaxFrames = 512;
-constexpr int kMaxBlocksPerInput = 16;  // keeps one input fast whatever its length
+constexpr int kMaxFrames = 128;        // long enough for every kernel tile and ramp
+constexpr int kMaxBlocksPerInput = 8;  // keeps one input fast whatever its length
 constexpr double kAmplitudes[] = {1.0, 0.0, 1e-300, 1e6};
 const char* const kCanDoStrings[] = {
     "hasTolvekExtensions", "hasTolvekViewAsConfig", "wantsChannelCountNotifications",
