@@ -22,9 +22,16 @@ constexpr int kLastOpcode = 80;
 constexpr int kMaxFrames = 128;        // long enough for every kernel tile and ramp
 constexpr int kMaxBlocksPerInput = 8;  // keeps one input fast whatever its length
 constexpr double kAmplitudes[] = {1.0, 0.0, 1e-300, 1e6};
-const char* const kCanDoStrings[] = {
-    "hasTolvekExtensions", "hasTolvekViewAsConfig", "wantsChannelCountNotifications",
-    "hasTolvekEmbeddedUI", "hasTolvekExtensionsX",  ""};
+struct CanDo {
+  const char* text;
+  VstIntPtr answer;
+};
+const CanDo kCanDos[] = {{"hasTolvekExtensions", kExtensionCanDoAnswer},
+                         {"hasTolvekViewAsConfig", kExtensionCanDoAnswer},
+                         {"wantsChannelCountNotifications", 1},
+                         {"hasTolvekEmbeddedUI", kExtensionCanDoAnswer},
+                         {"hasTolvekExtensionsX", 0},
+                         {"", 0}};
 const std::int32_t kVendorIndexes[] = {static_cast<std::int32_t>(0xdeadbef0u), effGetParamDisplay,
                                        effString2Parameter, effSetSpeakerArrangement, effEditDraw};
 
@@ -99,10 +106,9 @@ void editorRect(Session& session) {
 }
 
 void canDo(Session& session, std::uint8_t choice) {
-  const char* text = kCanDoStrings[choice % std::size(kCanDoStrings)];
-  std::vector<char> copy(text, text + std::strlen(text) + 1);
-  const VstIntPtr answer = session.call(effCanDo, 0, 0, copy.data(), 0.0f);
-  FUZZ_CHECK(answer == 0 || answer == 1 || answer == kExtensionCanDoAnswer);
+  const CanDo& question = kCanDos[choice % std::size(kCanDos)];
+  std::vector<char> copy(question.text, question.text + std::strlen(question.text) + 1);
+  FUZZ_CHECK(session.call(effCanDo, 0, 0, copy.data(), 0.0f) == question.answer);
 }
 
 void standardArrangement(Session& session, std::int32_t channels) {
