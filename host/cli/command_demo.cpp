@@ -46,16 +46,25 @@ void writeScene(const std::string& path, double seconds) {
   writer.close();
 }
 
-// Source 1 travels once around the room: normalised X and Y every quarter second.
+struct NormalisedPoint {
+  double x;
+  double y;
+};
+
+// Source 1 travels once around the room, starting front left.
+NormalisedPoint travellerAt(double t, double seconds) {
+  const double angle = 2.0 * std::numbers::pi * t / seconds + std::numbers::pi / 4;
+  return {0.5 - 0.4 * std::cos(angle), 0.5 + 0.4 * std::sin(angle)};
+}
+
+// The traveller's normalised X and Y every quarter second.
 void writeMoves(const std::string& path, double seconds) {
   std::ofstream out(path);
   out << "time,parameter,value\n";
   for (double t = 0.0; t < seconds; t += 0.25) {
-    const double angle = 2.0 * std::numbers::pi * t / seconds;
+    const NormalisedPoint at = travellerAt(t, seconds);
     char line[128];
-    std::snprintf(line, sizeof(line), "%.2f,in 1 X,%.4f\n%.2f,in 1 Y,%.4f\n", t,
-                  0.5 - 0.4 * std::cos(angle + std::numbers::pi / 4), t,
-                  0.5 + 0.4 * std::sin(angle + std::numbers::pi / 4));
+    std::snprintf(line, sizeof(line), "%.2f,in 1 X,%.4f\n%.2f,in 1 Y,%.4f\n", t, at.x, t, at.y);
     out << line;
   }
   if (!out.flush()) throw HostError("cannot write " + path);
@@ -64,6 +73,25 @@ void writeMoves(const std::string& path, double seconds) {
 std::string absolute(const std::string& path) {
   std::error_code ignored;
   return std::filesystem::absolute(path, ignored).lexically_normal().string();
+}
+
+// The room as the scene starts; a plug-in without an inline view only costs the picture.
+bool writeRoomPicture(const RenderOptions& render, const std::string& path, double seconds,
+                      std::ostream& notes) {
+  SnapshotOptions snapshot;
+  snapshot.plugin = render.plugin;
+  snapshot.outputPath = path;
+  snapshot.trackChannels = kDemoSources;
+  const NormalisedPoint start = travellerAt(0.0, seconds);
+  snapshot.plugin.sets.push_back("in 1 X=" + std::to_string(start.x));
+  snapshot.plugin.sets.push_back("in 1 Y=" + std::to_string(start.y));
+  try {
+    writeSnapshot(snapshot);
+    return true;
+  } catch (const HostError& error) {
+    notes << "spatiola: no room picture: " << error.what() << "\n";
+  }
+  return false;
 }
 
 }  // namespace
@@ -78,18 +106,22 @@ int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes) 
   render.outputPath = options.directory + "/demo-5.1.wav";
   render.plugin.pluginPath = options.pluginPath;
   render.plugin.layout = "5.1 surround";
-  // 2: front right, 3 (noise): back left, 4: back right; 1 moves.
-  render.plugin.sets = {"in 2 X=0.9", "in 2 Y=0.9", "in 3 X=0.1",
-                        "in 3 Y=0.1", "in 4 X=0.9", "in 4 Y=0.1"};
+  // 2: front right, 3 (noise): back left, 4: back right; 1 moves and feeds the LFE at unity.
+  render.plugin.sets = {"in 1 LFE send=0.25", "in 2 X=0.9", "in 2 Y=0.9", "in 3 X=0.1",
+                        "in 3 Y=0.1",         "in 4 X=0.9", "in 4 Y=0.1"};
   writeScene(render.inputPath, options.seconds);
   writeMoves(render.automationPath, options.seconds);
   const RenderResult result = renderFile(render, notes);
-  out << "Four sources (220 Hz pulsing and moving round the room, 330 Hz front right, noise back "
-         "left, 495 Hz back right)\n"
+  const std::string picturePath = options.directory + "/room.png";
+  const bool pictured = writeRoomPicture(render, picturePath, options.seconds, notes);
+  out << "Four sources (220 Hz pulsing, moving round the room and sent to the LFE, 330 Hz front "
+         "right, noise back left, 495 Hz back right)\n"
       << "  scene:      " << absolute(render.inputPath) << "\n"
       << "  automation: " << absolute(render.automationPath) << "\n"
       << "  result:     " << absolute(render.outputPath) << " (" << result.outputChannels
-      << " channels, " << result.frames << " samples at " << result.sampleRate << " Hz)\n\n";
+      << " channels, " << result.frames << " samples at " << result.sampleRate << " Hz)\n";
+  if (pictured) out << "  room:       " << absolute(picturePath) << " (as the scene starts)\n";
+  out << "\n";
   printLevelTable(out, result.levels, result.channelNames);
   return 0;
 }

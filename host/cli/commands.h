@@ -7,6 +7,7 @@
 
 #include "host/cli/plugin_setup.h"
 #include "host/cli/render.h"
+#include "host/cli/snapshot.h"
 
 struct InfoOptions {
   PluginOptions plugin;
@@ -35,3 +36,5 @@ struct DemoOptions {
   double seconds = 8.0;
 };
 int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes);
+
+int runSnapshot(const SnapshotOptions& options, std::ostream& out);

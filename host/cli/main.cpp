@@ -72,12 +72,26 @@ void addDemo(CLI::App& app, DemoOptions& options) {
   demo->add_option("--seconds", options.seconds, "length of the scene (default 8)");
 }
 
+void addSnapshot(CLI::App& app, SnapshotOptions& options) {
+  CLI::App* snapshot =
+      app.add_subcommand("snapshot", "write the plug-in's inline view (Spatiola: the room) as PNG");
+  snapshot->add_option("output", options.outputPath, "PNG file to write")->required();
+  addPluginOptions(*snapshot, options.plugin, true);
+  snapshot->add_option("--size", options.size, "WIDTHxHEIGHT in pixels (default 480x480)");
+  snapshot->add_option("--scale", options.scale256,
+                       "display scale: 256 (100 %, default), 384 (150 %) or 512 (200 %)");
+  snapshot->add_option("--channels", options.trackChannels,
+                       "track channel count the host reports (default 2)");
+}
+
 int dispatchCommand(const CLI::App& app, const RenderOptions& render, const InfoOptions& info,
-                    const BenchOptions& bench, const DemoOptions& demo, SceneOptions& scene) {
+                    const BenchOptions& bench, const DemoOptions& demo,
+                    const SnapshotOptions& snapshot, SceneOptions& scene) {
   if (app.got_subcommand("render")) return runRender(render, std::cout, std::cerr);
   if (app.got_subcommand("info")) return runInfo(info, std::cout);
   if (app.got_subcommand("bench")) return runBench(bench, std::cout);
   if (app.got_subcommand("demo")) return runDemo(demo, std::cout, std::cerr);
+  if (app.got_subcommand("snapshot")) return runSnapshot(snapshot, std::cout);
   return runScene(scene, std::cin, std::cout, std::cerr);
 }
 
@@ -90,11 +104,13 @@ int run(int argc, char** argv) {
   InfoOptions info;
   BenchOptions bench;
   DemoOptions demo;
+  SnapshotOptions snapshot;
   SceneOptions scene;
   addRender(app, render);
   addInfo(app, info);
   addBench(app, bench);
   addDemo(app, demo);
+  addSnapshot(app, snapshot);
   addSceneCommand(app, scene);
   try {
     app.parse(argc, argv);
@@ -103,7 +119,7 @@ int run(int argc, char** argv) {
   }
   if (scale != 0) setDisplayScaleOverride(scale);
   try {
-    return dispatchCommand(app, render, info, bench, demo, scene);
+    return dispatchCommand(app, render, info, bench, demo, snapshot, scene);
   } catch (const HostError& error) {
     std::fprintf(stderr, "spatiola: %s\n", error.what());
   }

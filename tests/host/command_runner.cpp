@@ -6,16 +6,9 @@
 
 #include <cstdio>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 
 namespace {
-
-std::string slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 void redirect(const std::string& path, int fd, int flags) {
   const int file = open(path.c_str(), flags, 0644);
@@ -48,9 +41,14 @@ CommandResult runCommand(const std::vector<std::string>& argv, const std::string
   waitpid(child, &status, 0);
   CommandResult result;
   result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  result.out = slurp(outPattern);
-  result.err = slurp(errPattern);
+  result.out = readFile(outPattern);
+  result.err = readFile(errPattern);
   std::remove(outPattern);
   std::remove(errPattern);
   return result;
+}
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }

@@ -12,3 +12,6 @@ struct CommandResult {
 
 // argv[0] is the program's path; `stdinPath` (optional) is fed as standard input.
 CommandResult runCommand(const std::vector<std::string>& argv, const std::string& stdinPath = "");
+
+// The whole file as bytes; empty when it cannot be read.
+std::string readFile(const std::string& path);

@@ -1,7 +1,8 @@
 // A tiny VST 2.x plug-in that the host tests load: it scales every input by 2 x "gain" (unity at
 // the default 0.5) and reports what the host offered it through its state block, a text of
 // key=value lines. Variants built from this file: crash (faults in effSetChunk), refusing (its
-// entry point returns null), legacy (exports only "main"), float (no double precision).
+// entry point returns null), legacy (exports only "main"), float (no double precision), inline
+// (an inline view that paints a pattern telling what the host passed; "mode" >= 0.5 declines).
 #include <signal.h>
 
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "platform/daub.h"
 #include "platform/host_functions.h"
 #include "platform/plask_api.h"
 #include "platform/vst2.h"
@@ -26,6 +28,8 @@ constexpr std::int32_t kCallWindowLayer = 1003;  // lstrcpyn through the bound t
 struct Probe {
   AEffect effect{};
   audioMasterCallback host = nullptr;
+  DAUB_ClearFn clear = nullptr;
+  DAUB_FillRectFn fillRect = nullptr;
   float gain = 0.5f;
   float mode = 0.0f;
   int trackChannels = 0;
@@ -72,7 +76,43 @@ void setChunk(Probe& probe, const char* data, VstIntPtr length) {
 #endif
 }
 
-VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void* ptr) {
+#ifdef PROBE_INLINE_VIEW
+constexpr std::int32_t kInlineView = 16;
+constexpr int kInlinePaint = 15;
+
+std::int32_t blockField(const void* block, int byteOffset) {
+  std::int32_t value = 0;
+  std::memcpy(&value, static_cast<const unsigned char*>(block) + byteOffset, sizeof value);
+  return value;
+}
+
+// Paints only for a block that matches the bitmap: background 0xFF102030, a red square at the
+// origin whose side is 8 px at the bitmap's advisory scale.
+VstIntPtr paintInline(Probe& probe, DAUB_IBitmap* bitmap, const void* block) {
+  if (bitmap == nullptr || block == nullptr || probe.clear == nullptr || probe.mode >= 0.5f) {
+    return 0;
+  }
+  if (blockField(block, 20) != bitmap->getWidth() || blockField(block, 24) != bitmap->getHeight() ||
+      blockField(block, 36) != 0) {
+    return 0;
+  }
+  const auto scale256 = static_cast<int>(bitmap->Extended(DAUB_EXT_GET_ADVISORY_SCALE, nullptr));
+  const int side = 8 * (scale256 == 0 ? 256 : scale256) / 256;
+  probe.clear(bitmap, 0xFF102030u);
+  probe.fillRect(bitmap, 0, 0, side, side, 0xFFFF0000u, 1.0f, 0);
+  return 1;
+}
+#endif
+
+VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void* ptr, float opt) {
+#ifdef PROBE_INLINE_VIEW
+  if (index == kInlineView) {
+    if (static_cast<int>(opt) != kInlinePaint) return 0;
+    return paintInline(probe, reinterpret_cast<DAUB_IBitmap*>(value), ptr);  // NOLINT
+  }
+#else
+  (void)opt;
+#endif
   switch (index) {
     case kReportEdit:
       call(probe, audioMasterBeginEdit, 0);
@@ -100,7 +140,7 @@ void copyText(void* ptr, const char* text) {
 }
 
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
-                     void* ptr, float /*opt*/) {
+                     void* ptr, float opt) {
   Probe* probe = probeOf(effect);
   if (probe == nullptr) return 0;
   switch (opcode) {
@@ -145,7 +185,14 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       setChunk(*probe, static_cast<const char*>(ptr), value);
       return 0;
     case effVendorSpecific:
-      return vendorSpecific(*probe, index, value, ptr);
+      return vendorSpecific(*probe, index, value, ptr, opt);
+#ifdef PROBE_INLINE_VIEW
+    case effCanDo:
+      return ptr != nullptr &&
+                     std::strcmp(static_cast<const char*>(ptr), "hasTolvekEmbeddedUI") == 0
+                 ? static_cast<std::int32_t>(0xbeef0000u)
+                 : 0;
+#endif
     default:
       return 0;
   }
@@ -186,6 +233,8 @@ AEffect* createProbe(audioMasterCallback host) {
   auto* probe = new Probe;
   probe->host = host;
   if (const auto iniFile = lookup<get_ini_fileFn>(host, "get_ini_file")) probe->iniFile = iniFile();
+  probe->clear = lookup<DAUB_ClearFn>(host, "DAUB_Clear");
+  probe->fillRect = lookup<DAUB_FillRectFn>(host, "DAUB_FillRect");
   if (const auto slider = lookup<SLIDER2DBFn>(host, "SLIDER2DB"))
     probe->sliderAtTop = slider(1000.0);
   probe->trackChannels =

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "host/cli/automation_csv.h"
-#include "host/core/host_error.h"
+#include "tests/host/test_support.h"
 
 namespace {
 
@@ -13,13 +13,8 @@ std::vector<AutomationPoint> parse(const std::string& text) {
   return parseAutomationCsv(in, "moves.csv");
 }
 
-std::string errorOf(const std::string& text) {
-  try {
-    parse(text);
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
+std::string parseError(const std::string& text) {
+  return errorOf([&] { parse(text); });
 }
 
 }  // namespace
@@ -69,7 +64,7 @@ TEST(AutomationCsv, BadLinesNameFileLineAndField) {
       {"time,parameter,value\ntime,parameter,value\n",
        "moves.csv:2: time 'time' is not a number of seconds >= 0"},
   };
-  for (const Case& c : cases) EXPECT_EQ(errorOf(c.text), c.message) << c.text;
+  for (const Case& c : cases) EXPECT_EQ(parseError(c.text), c.message) << c.text;
 }
 
 TEST(AutomationCsv, SecondsBecomeTheNearestSample) {

@@ -3,39 +3,25 @@
 
 #include <cmath>
 #include <sstream>
+#include <tuple>
 
 #include "host/cli/audio_file.h"
 #include "host/cli/levels.h"
 #include "host/cli/plugin_setup.h"
-#include "host/core/host_error.h"
-
-namespace {
-
-template <typename Fn>
-std::string errorOf(Fn fn) {
-  try {
-    fn();
-  } catch (const HostError& error) {
-    return error.what();
-  }
-  return "no error";
-}
-
-}  // namespace
+#include "tests/host/test_support.h"
 
 TEST(ParameterSetting, SplitsAtTheLastEqualsAndChecksTheValue) {
-  const ParameterSetting a = parseParameterSetting("in 1 X=0.75");
-  EXPECT_EQ(a.parameter, "in 1 X");
-  EXPECT_FLOAT_EQ(a.value, 0.75f);
-  const ParameterSetting b = parseParameterSetting("a=b=1");
-  EXPECT_EQ(b.parameter, "a=b");
-  EXPECT_FLOAT_EQ(b.value, 1.0f);
-  EXPECT_EQ(errorOf([] { parseParameterSetting("gain"); }), "--set 'gain' must be NAME=VALUE");
-  EXPECT_EQ(errorOf([] { parseParameterSetting("=0.5"); }), "--set '=0.5' must be NAME=VALUE");
-  EXPECT_EQ(errorOf([] { parseParameterSetting("gain=half"); }),
-            "--set 'gain=half': 'half' is not a number");
-  EXPECT_EQ(errorOf([] { parseParameterSetting("gain=2"); }),
-            "--set 'gain=2': 2 is outside 0..1 (values are normalised)");
+  const ParameterSetting a = parseParameterSetting("in 1 X=0.75"),
+                         b = parseParameterSetting("a=b=1");
+  EXPECT_EQ(std::tuple(a.parameter, a.value, b.parameter, b.value),
+            std::tuple("in 1 X", 0.75f, "a=b", 1.0f));
+  const std::pair<const char*, const char*> bad[] = {
+      {"gain", "--set 'gain' must be NAME=VALUE"},
+      {"=0.5", "--set '=0.5' must be NAME=VALUE"},
+      {"gain=half", "--set 'gain=half': 'half' is not a number"},
+      {"gain=2", "--set 'gain=2': 2 is outside 0..1 (values are normalised)"}};
+  for (const auto& [text, message] : bad)
+    EXPECT_EQ(errorOf([&] { parseParameterSetting(text); }), message);
 }
 
 TEST(OutputFormat, ContainerFromExtensionOrNameAndSampleType) {

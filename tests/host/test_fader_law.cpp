@@ -21,7 +21,7 @@ TEST(FaderLaw, EndpointsAndUnity) {
   EXPECT_NEAR(faderPositionToDb(100.0), -68.0, 1e-12);
 }
 
-TEST(FaderLaw, EveryPositionRoundTripsAndRisesStrictly) {
+TEST(FaderLaw, RoundTripsBothWaysAndRisesStrictly) {
   double previousDb = -std::numeric_limits<double>::infinity();
   for (int position = 1; position <= 1000; ++position) {
     const double levelDb = faderPositionToDb(position);
@@ -29,10 +29,6 @@ TEST(FaderLaw, EveryPositionRoundTripsAndRisesStrictly) {
     EXPECT_NEAR(dbToFaderPosition(levelDb), position, 1e-9) << "position " << position;
     previousDb = levelDb;
   }
-}
-
-TEST(FaderLaw, LevelsRoundTripThroughPositions) {
-  for (double levelDb = -140.0; levelDb <= 12.0; levelDb += 0.5) {
+  for (double levelDb = -140.0; levelDb <= 12.0; levelDb += 0.5)
     EXPECT_NEAR(faderPositionToDb(dbToFaderPosition(levelDb)), levelDb, 1e-9) << levelDb;
-  }
 }

@@ -34,22 +34,6 @@ TEST(IniFile, ParsesSectionsKeysAndCommentsIgnoringCase) {
   EXPECT_EQ(file.sectionNames(), (std::vector<std::string>{"Main", "second"}));
 }
 
-TEST(IniFile, EditsKeepOrderAndSaveCreatesDirectories) {
-  TempConfig config;
-  IniFile file;
-  file.setValue("b", "one", "1");
-  file.setValue("a", "two", "2");
-  file.setValue("B", "ONE", "uno");
-  EXPECT_EQ(file.text(), "[b]\none=uno\n[a]\ntwo=2\n");
-  EXPECT_TRUE(file.removeValue("a", "two"));
-  EXPECT_FALSE(file.removeValue("a", "two"));
-  EXPECT_TRUE(file.removeSection("A"));
-  const std::string path = config.dir() + "/deep/er/file.ini";
-  ASSERT_TRUE(file.save(path));
-  EXPECT_EQ(IniFile::load(path).text(), "[b]\none=uno\n");
-  EXPECT_TRUE(IniFile::load(config.dir() + "/absent.ini").sectionNames().empty());
-}
-
 TEST(SafeMode, FlagsPersistPerPluginFile) {
   TempConfig config;
   EXPECT_EQ(safeModeFlags("/plugins/a.so"), 0);

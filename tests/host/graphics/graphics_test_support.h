@@ -2,9 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <memory>
 
 #include "host/graphics/drawing.h"
+#include "host/graphics/font.h"
 
 using BitmapPtr = std::unique_ptr<DAUB_IBitmap>;
 
@@ -33,6 +36,7 @@ struct InkBox {
   bool empty() const { return count == 0; }
   double centreX() const { return (left + right) / 2.0; }
   double centreY() const { return (top + bottom) / 2.0; }
+  std::array<int, 5> edgesAndCount() const { return {left, top, right, bottom, count}; }
 };
 
 inline InkBox inkBox(DAUB_IBitmap* bitmap, DAUB_pixel background = 0xFF000000) {
@@ -62,4 +66,20 @@ inline BitmapPtr newSpeakerIcon() {
   graphics::DAUB_DrawGlyph(icon.get(), 3, 5, 0xFFFFFF00, kSpeakerGlyph, 10, 6, 1.0f, 0);
   graphics::DAUB_PutPixel(icon.get(), 1, 1, 0xFFFF0000, 1.0f, 0);
   return icon;
+}
+
+inline HFONT newHandle(int height, int weight = 400) {
+  LOGFONT font{};
+  font.lfHeight = height;
+  font.lfWeight = weight;
+  std::strcpy(font.lfFaceName, "Arial");
+  return graphics::CreateFontIndirect(&font);
+}
+
+// A font owning a fresh handle of the given height, drawing white.
+inline std::unique_ptr<graphics::CairoFont> newFont(int height, int weight = 400) {
+  auto font = std::make_unique<graphics::CairoFont>();
+  font->AttachHostFont(newHandle(height, weight), DAUB_FONT_FLAG_OWNS_HANDLE);
+  font->SetTextColor(0xFFFFFFFF);
+  return font;
 }

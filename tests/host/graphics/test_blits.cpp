@@ -3,7 +3,7 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <functional>
+#include <tuple>
 
 #include "host/graphics/bitmap.h"
 #include "tests/host/graphics/graphics_test_support.h"
@@ -12,17 +12,17 @@ using namespace graphics;
 
 namespace {
 
-using SourceOf = std::function<std::pair<int, int>(int, int)>;
-
-// The largest channel difference between each pixel of `actual` and the pixel of `expected` that
-// `sourceOf` names, compared as stored (premultiplied).
-int largestDeviation(DAUB_IBitmap* actual, DAUB_IBitmap* expected, const SourceOf& sourceOf) {
+// The largest channel difference between `turned` and `icon` turned clockwise by `quarterTurns`
+// (both square), compared as stored (premultiplied).
+int largestDeviation(DAUB_IBitmap* turned, DAUB_IBitmap* icon, int quarterTurns) {
+  const int last = icon->getWidth() - 1;
   int largest = 0;
-  for (int y = 0; y < actual->getHeight(); ++y) {
-    for (int x = 0; x < actual->getWidth(); ++x) {
-      const auto [sx, sy] = sourceOf(x, y);
-      const DAUB_pixel a = premultiply(DAUB_GetPixel(actual, x, y));
-      const DAUB_pixel e = premultiply(DAUB_GetPixel(expected, sx, sy));
+  for (int y = 0; y <= last; ++y) {
+    for (int x = 0; x <= last; ++x) {
+      int sx = x, sy = y;
+      for (int t = 0; t < quarterTurns; ++t) std::tie(sx, sy) = std::pair{sy, last - sx};
+      const DAUB_pixel a = premultiply(DAUB_GetPixel(turned, x, y));
+      const DAUB_pixel e = premultiply(DAUB_GetPixel(icon, sx, sy));
       for (int shift = 0; shift < 32; shift += 8) {
         largest = std::max(largest, std::abs(static_cast<int>((a >> shift) & 0xFF) -
                                              static_cast<int>((e >> shift) & 0xFF)));
@@ -41,9 +41,9 @@ TEST(Blit, CopiesTheRegionToItsPlaceClippedAtTheEdges) {
   DAUB_Blit(dest.get(), source.get(), 3, 2, 1, 1, 3, 3, 1.0f, 0);
   EXPECT_EQ(DAUB_GetPixel(dest.get(), 3, 2), 0xFFFF0000u);
   EXPECT_EQ(DAUB_GetPixel(dest.get(), 5, 4), 0xFF112233u);
-  EXPECT_EQ(inkBox(dest.get()).count, 9);
+  EXPECT_EQ(inkBox(dest.get()).edgesAndCount(), (std::array{3, 2, 5, 4, 9}));
   DAUB_Blit(clipped.get(), source.get(), -1, 4, 0, 0, 4, 4, 1.0f, 0);
-  EXPECT_EQ(inkBox(clipped.get()).count, 3 * 2);
+  EXPECT_EQ(inkBox(clipped.get()).edgesAndCount(), (std::array{0, 4, 2, 5, 3 * 2}));
   EXPECT_EQ(DAUB_GetPixel(clipped.get(), 0, 5), 0xFFFF0000u);
 }
 
@@ -75,33 +75,15 @@ TEST(Blit, OverlappingSelfBlitReadsTheOriginal) {
 TEST(RotatedBlit, TurnsTheIconClockwiseOnTheScreen) {
   BitmapPtr icon = newSpeakerIcon();
   struct Case {
-    double angle;
-    SourceOf sourceOf;
-    int markX, markY;  // where the top-left mark lands
+    int quarterTurns, markX, markY;  // where the top-left mark lands
   };
-  const Case cases[] = {
-      {0.0,
-       [](int x, int y) {
-         return std::pair{x, y};
-       },
-       1, 1},
-      {M_PI / 2,
-       [](int x, int y) {
-         return std::pair{y, 15 - x};
-       },
-       14, 1},
-      {M_PI,
-       [](int x, int y) {
-         return std::pair{15 - x, 15 - y};
-       },
-       14, 14},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c : {Case{0, 1, 1}, Case{1, 14, 1}, Case{2, 14, 14}}) {
     BitmapPtr turned = newBitmap(16, 16, 0x00000000);
     DAUB_RotatedBlit(turned.get(), icon.get(), 0, 0, 16, 16, 0.0f, 0.0f, 16.0f, 16.0f,
-                     static_cast<float>(c.angle), false, 1.0f, 0x10100, 0.0f, 0.0f);
-    EXPECT_LE(largestDeviation(turned.get(), icon.get(), c.sourceOf), 2) << c.angle;
-    EXPECT_EQ(DAUB_GetPixel(turned.get(), c.markX, c.markY), 0xFFFF0000u) << c.angle;
+                     static_cast<float>(c.quarterTurns * M_PI / 2), false, 1.0f, 0x10100, 0.0f,
+                     0.0f);
+    EXPECT_LE(largestDeviation(turned.get(), icon.get(), c.quarterTurns), 2) << c.quarterTurns;
+    EXPECT_EQ(DAUB_GetPixel(turned.get(), c.markX, c.markY), 0xFFFF0000u) << c.quarterTurns;
   }
 }
 
@@ -116,10 +98,7 @@ TEST(RotatedBlit, BlendsBySourceAlphaAndTurnsAboutTheOffsetCentre) {
   // Centre (5, 5) offset by (4, 0): a half turn about (9, 5) moves the block from 4..5 to 12..13.
   DAUB_RotatedBlit(moved.get(), block.get(), 4, 4, 2, 2, 0.0f, 0.0f, 2.0f, 2.0f,
                    static_cast<float>(M_PI), true, 1.0f, 0, 4.0f, 0.0f);
-  const InkBox box = inkBox(moved.get());
-  EXPECT_EQ(box.left, 12);
-  EXPECT_EQ(box.top, 4);
-  EXPECT_EQ(box.count, 4);
+  EXPECT_EQ(inkBox(moved.get()).edgesAndCount(), (std::array{12, 4, 13, 5, 4}));
 }
 
 TEST(Glyph, AlphaMapBlendsTheColourPixelByPixel) {

@@ -77,16 +77,11 @@ BitmapPtr drawLabels() {
   DAUB_LineInt(labels.get(), 60, 0, 60, 59, 0xFF707070, 1.0f, 0, false);  // the anchor
   const int heights[] = {12, 18, 11}, weights[] = {400, 400, 700};
   for (int i = 0; i < 3; ++i) {
-    LOGFONT description{};
-    description.lfHeight = heights[i];
-    description.lfWeight = weights[i];
-    std::snprintf(description.lfFaceName, sizeof(description.lfFaceName), "Arial");
-    CairoFont font;
-    font.AttachHostFont(CreateFontIndirect(&description), DAUB_FONT_FLAG_OWNS_HANDLE);
-    font.SetTextColor(0xFFC0C0C0);
+    auto font = newFont(heights[i], weights[i]);
+    font->SetTextColor(0xFFC0C0C0);
     RECT rect{60, 20 * i, 60, 20 * i + 20};
-    font.DrawText(labels.get(), "Front 1", -1, &rect, 0x126);
-    font.DrawText(labels.get(), "Rear", -1, &rect, 0x124);
+    font->DrawText(labels.get(), "Front 1", -1, &rect, 0x126);
+    font->DrawText(labels.get(), "Rear", -1, &rect, 0x124);
   }
   return labels;
 }

@@ -1,0 +1,82 @@
+// Whole inline-view pictures compared with reviewed reference PNGs, with a small per-channel
+// tolerance for rasterizer and font rounding. To accept a deliberate change of the drawing,
+// regenerate them with
+//   SPATIOLA_UPDATE_REFERENCE_IMAGES=1 ./build/tests/editor/test_space_render
+// and review the new files in tests/editor/reference/ before committing. A mismatch leaves
+// <name>.actual.png in the test's working directory.
+#include <string>
+
+#include "host/graphics/png_io.h"
+#include "tests/editor/picture_fixture.h"
+
+namespace {
+
+constexpr int kTolerancePerChannel = 8;
+constexpr int kAllowedDifferingPixels = 12;
+
+class ReferencePicture : public PictureTest {
+ protected:
+  // Five speakers of a user setup (one raised, one muted) and four inputs showing every mark.
+  void buildScene() {
+    counts(4, 5);
+    const struct {
+      const char* name;
+      double x, y, z;
+    } speakers[] = {{"speaker L", -1, 1, 0},
+                    {"C", 0, 1, 0},
+                    {"R", 1, 1, 0.5},
+                    {"Ls", -1, -1, 0},
+                    {"Rs", 1, -1, 0}};
+    for (int i = 0; i < 5; ++i) {
+      placeSpeaker(i, speakers[i].name, speakers[i].x, speakers[i].y, speakers[i].z).influence =
+          0.6;
+    }
+    plugin.speakers[3].mute = 1;
+    plugin.layoutPreset = 0;
+    plugin.zoom = 0.4;
+    InputChannel& vox = place(0, -0.4, 0.3);
+    copyChannelName(vox.name, "Vox");
+    vox.diffuse = 0.3;
+    vox.diffuseBias = 0.4;
+    vox.diffuseAngle = 0.25;
+    vox.selected = 1;
+    place(1, 0.5, 0.2, 0.6).diffuse = 0.15;
+    InputChannel& pad = place(2, 0.1, -0.5);
+    pad.selected = 1;
+    pad.reverse = 1;
+    pad.mute = 1;
+    place(3, -0.2, -0.2, -0.5);
+  }
+
+  void expectMatchesReference(DAUB_IBitmap* actual, const std::string& name) {
+    const std::string path = std::string(EDITOR_REFERENCE_DIR) + "/" + name;
+    if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
+      ASSERT_TRUE(graphics::writePng(actual, path));
+      return;
+    }
+    std::string error;
+    const auto expected = graphics::readPng(path, &error);
+    ASSERT_NE(expected, nullptr) << error;
+    const graphics::ImageDifference difference =
+        graphics::compareBitmaps(actual, expected.get(), kTolerancePerChannel);
+    EXPECT_TRUE(difference.sizesMatch) << name;
+    EXPECT_LE(difference.differingPixels, kAllowedDifferingPixels)
+        << name << ": first at " << difference.firstX << ", " << difference.firstY << ", max delta "
+        << difference.maxChannelDelta;
+    if (!difference.matches()) graphics::writePng(actual, name + ".actual.png");
+  }
+};
+
+TEST_F(ReferencePicture, SceneAtOneHundredPercent) {
+  buildScene();
+  const BitmapPtr bitmap = paint(240, 180, 0);
+  expectMatchesReference(bitmap.get(), "room_100.png");
+}
+
+TEST_F(ReferencePicture, SceneAtTwoHundredPercent) {
+  buildScene();
+  const BitmapPtr bitmap = paint(480, 360, 512);
+  expectMatchesReference(bitmap.get(), "room_200.png");
+}
+
+}  // namespace

@@ -1,0 +1,193 @@
+// The SpaceView control against a fake window layer: creation, the paint cycle, the cursor and
+// the routing of mouse messages.
+#include <gtest/gtest.h>
+
+#include "editor/view/space_render.h"
+#include "model/counts.h"
+#include "plugin/editor_link.h"
+#include "plugin/host_api.h"
+#include "tests/editor/fake_window_layer.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+// A host bitmap that remembers the scale it was advised.
+class FakeBitmap final : public DAUB_IBitmap {
+ public:
+  FakeBitmap(int w, int h) : width(w), height(h) {}
+  int getWidth() override { return width; }
+  int getHeight() override { return height; }
+  bool resize(int w, int h) override {
+    width = w;
+    height = h;
+    return true;
+  }
+  HDC getDC() override { return fake_window::kBitmapDc; }
+  std::intptr_t Extended(int code, void* data) override {
+    if (code == DAUB_EXT_SET_ADVISORY_SCALE) advisedScale = *static_cast<int*>(data);
+    if (code == DAUB_EXT_GET_ADVISORY_SCALE) return advisedScale;
+    return 0;
+  }
+  int width;
+  int height;
+  int advisedScale = 0;
+};
+
+// The view's own bitmaps (with a drawing context); the shared speaker icons are plain ones.
+std::vector<FakeBitmap*> bitmapsMade;
+DAUB_IBitmap* makeBitmap(int kind, int w, int h) {
+  auto* bitmap = new FakeBitmap(w, h);
+  if (kind == DAUB_BITMAP_WITH_DC) bitmapsMade.push_back(bitmap);
+  return bitmap;
+}
+int dialogScale(HWND) {
+  return 384;
+}
+
+class SpaceViewControl : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    fake_window::install();
+    bitmapsMade.clear();
+    fake_window::parentUserData = reinterpret_cast<LONG_PTR>(&plugin);
+  }
+  void TearDown() override {
+    fake_window::uninstall();
+    hostApi = HostApi{};
+    delete plugin.viewFront;
+    delete plugin.viewBack;
+    releaseSharedDrawingResources();
+  }
+
+  // Creates the control and clears the log; the view's procedure is then known.
+  void create() {
+    ASSERT_EQ(
+        spaceViewControlCreator()(fake_window::kParent, 1023, "SpatiolaWindow", 0, 7, 7, 263, 242),
+        fake_window::kView);
+    fake_window::calls.clear();
+  }
+  INT_PTR send(UINT message, int x = 0, int y = 0) {
+    const LPARAM position = static_cast<LPARAM>((y & 0xFFFF) << 16 | (x & 0xFFFF));
+    return fake_window::createdProcedure(fake_window::kView, message, 0, position);
+  }
+
+  PannerPlugin plugin;
+};
+
+TEST_F(SpaceViewControl, CreatesThePlacedChildForItsClassOnly) {
+  const PlaskControlCreator creator = spaceViewControlCreator();
+  ASSERT_NE(creator, nullptr);
+  EXPECT_EQ(creator(fake_window::kParent, 1023, "SpatiolaWindow", 0, 10, 20, 300, 200),
+            fake_window::kView);
+  EXPECT_EQ(fake_window::calls, (Calls{"CreateDialog 0 parent 0", "SetWindowLong -12 1023",
+                                       "SetWindowPos 10 20 300 200 0x14", "ShowWindow 1"}));
+  fake_window::calls.clear();
+  EXPECT_EQ(creator(fake_window::kParent, 1023, "KESTELknob", 0, 10, 20, 300, 200), nullptr);
+  EXPECT_EQ(creator(fake_window::kParent, 1023, nullptr, 0, 10, 20, 300, 200), nullptr);
+  EXPECT_TRUE(fake_window::calls.empty());
+}
+
+TEST_F(SpaceViewControl, SetsTheArrowCursor) {
+  create();
+  EXPECT_EQ(send(WM_SETCURSOR), 1);
+  EXPECT_EQ(fake_window::calls, (Calls{"LoadCursor 32512", "SetCursor arrow"}));
+}
+
+TEST_F(SpaceViewControl, WithoutAnInstanceEverythingGoesToTheDefaultProcedure) {
+  create();
+  fake_window::parentUserData = 0;
+  for (UINT message : {WM_SETCURSOR, WM_PAINT, WM_RBUTTONDOWN, WM_LBUTTONDOWN}) {
+    fake_window::calls.clear();
+    EXPECT_EQ(send(message), fake_window::kDefaultAnswer);
+    char expected[40];
+    std::snprintf(expected, sizeof expected, "DefWindowProc 0x%x", message);
+    EXPECT_EQ(fake_window::calls, Calls{expected});
+  }
+}
+
+TEST_F(SpaceViewControl, FirstPaintMakesScaledBitmapsDrawsAndCopiesToTheScreen) {
+  hostApi.DAUB_CreateBitmap = &makeBitmap;
+  hostApi.GetWindowDPIScalingForDialog = &dialogScale;
+  create();
+  plugin.changeFlags = kChangeLevels;
+  EXPECT_EQ(send(WM_PAINT), fake_window::kDefaultAnswer);
+  ASSERT_EQ(bitmapsMade.size(), 2u);
+  EXPECT_EQ(plugin.viewFront, bitmapsMade[0]);
+  EXPECT_EQ(plugin.viewBack, bitmapsMade[1]);
+  EXPECT_EQ(bitmapsMade[0]->width, 120);
+  EXPECT_EQ(bitmapsMade[1]->height, 90);
+  EXPECT_EQ(plugin.viewScale, 384);
+  EXPECT_EQ(bitmapsMade[0]->advisedScale, 384);
+  EXPECT_EQ(bitmapsMade[1]->advisedScale, 384);
+  // The new back layer forced a full redraw; the editor took bits 8 and 16, the inline view must
+  // still repaint, other bits are left for the dialog.
+  EXPECT_EQ(plugin.changeFlags.load(), kChangeLevels);
+  EXPECT_EQ(plugin.inlineRedraw.load(), 1);
+  EXPECT_EQ(fake_window::calls, (Calls{"BeginPaint", "BitBlt screen 0 0 120 90 bitmap 0 0 0",
+                                       "EndPaint", "DefWindowProc 0xf"}));
+}
+
+TEST_F(SpaceViewControl, LaterPaintsKeepTheBitmapsAndOnlyFlagTheInlineViewOnChanges) {
+  hostApi.DAUB_CreateBitmap = &makeBitmap;
+  create();
+  send(WM_PAINT);
+  plugin.inlineRedraw = 0;
+  send(WM_PAINT);
+  EXPECT_EQ(bitmapsMade.size(), 2u);
+  EXPECT_EQ(plugin.inlineRedraw.load(), 0);
+  EXPECT_EQ(plugin.viewScale, 256);  // no DPI function: left as it was
+  plugin.changeFlags |= kChangeInputs;
+  send(WM_PAINT);
+  EXPECT_EQ(plugin.inlineRedraw.load(), 1);
+  EXPECT_EQ(plugin.changeFlags.load(), 0u);
+}
+
+TEST_F(SpaceViewControl, WithoutHostBitmapsThePaintStillValidates) {
+  create();
+  send(WM_PAINT);
+  EXPECT_EQ(plugin.viewFront, nullptr);
+  EXPECT_EQ(fake_window::calls, (Calls{"BeginPaint", "EndPaint", "DefWindowProc 0xf"}));
+}
+
+TEST_F(SpaceViewControl, RightButtonCapturesTheMouseForTheRectangle) {
+  create();
+  EXPECT_EQ(send(WM_RBUTTONDOWN, 30, 40), 0);
+  EXPECT_EQ(fake_window::calls, Calls{"SetCapture"});
+  EXPECT_EQ(fake_window::capture, fake_window::kView);
+}
+
+TEST_F(SpaceViewControl, ButtonUpsReleaseOnlyACaptureTheyHoldForSomething) {
+  setInputCount(plugin, 1);
+  create();
+  plugin.bandActive = 1;
+  EXPECT_EQ(send(WM_RBUTTONUP, 5, 5), 0);  // no capture
+  plugin.dragInput = 0;
+  EXPECT_EQ(send(WM_LBUTTONUP, 5, 5), 0);
+  EXPECT_TRUE(fake_window::calls.empty());
+  fake_window::capture = fake_window::kView;
+  send(WM_RBUTTONUP, 5, 5);
+  EXPECT_EQ(fake_window::calls, Calls{"ReleaseCapture"});
+  fake_window::calls.clear();
+  fake_window::capture = fake_window::kView;
+  plugin.dragInput = 0;  // the rectangle's end reset the drag state
+  send(WM_LBUTTONUP, 5, 5);
+  EXPECT_EQ(fake_window::calls, Calls{"ReleaseCapture"});
+}
+
+TEST_F(SpaceViewControl, MovesWithoutACaptureOrADragOnlyReachTheDefaultProcedure) {
+  create();
+  EXPECT_EQ(send(WM_MOUSEMOVE, 5, 5), fake_window::kDefaultAnswer);
+  fake_window::capture = fake_window::kView;
+  EXPECT_EQ(send(WM_MOUSEMOVE, 5, 5), fake_window::kDefaultAnswer);  // captured, nothing held
+  EXPECT_EQ(fake_window::calls, (Calls{"DefWindowProc 0x200", "DefWindowProc 0x200"}));
+}
+
+TEST_F(SpaceViewControl, ClicksAndDoubleClicksAreAnsweredByTheView) {
+  create();
+  EXPECT_EQ(send(WM_LBUTTONDOWN, 5, 5), 0);
+  EXPECT_EQ(send(WM_LBUTTONDBLCLK, 5, 5), 0);
+  EXPECT_EQ(send(WM_COMMAND), fake_window::kDefaultAnswer);
+}
+
+}  // namespace
