@@ -102,6 +102,13 @@ VstIntPtr canDo(const void* ptr) {
   return 0;
 }
 
+// The inline view's message number travels in a float; one that no int can hold (NaN, infinities,
+// beyond +-2^31) names no message and is not handed on.
+VstIntPtr inlineMessage(PannerPlugin& plugin, float opt, VstIntPtr value, void* ptr) {
+  if (!(opt >= -2147483648.0f && opt < 2147483648.0f)) return 0;
+  return handleInlineMessage(plugin, static_cast<int>(opt), value, ptr);
+}
+
 VstIntPtr vendorSpecific(PannerPlugin* plugin, std::int32_t index, VstIntPtr value, void* ptr,
                          float opt) {
   if (plugin == nullptr) return 0;
@@ -117,9 +124,7 @@ VstIntPtr vendorSpecific(PannerPlugin* plugin, std::int32_t index, VstIntPtr val
     changeArrangementFromExtension(*plugin, static_cast<std::int32_t>(value));
     return 0;
   }
-  if (index == kVendorInlineView) {
-    return handleInlineMessage(*plugin, static_cast<int>(opt), value, ptr);
-  }
+  if (index == kVendorInlineView) return inlineMessage(*plugin, opt, value, ptr);
   return 0;
 }
 
