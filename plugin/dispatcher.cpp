@@ -1,5 +1,7 @@
 // The AEffect dispatcher: one short case per opcode, each calling a named helper.
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "model/host_link.h"
 #include "model/parameters.h"
@@ -109,19 +111,27 @@ VstIntPtr inlineMessage(PannerPlugin& plugin, float opt, VstIntPtr value, void* 
   return handleInlineMessage(plugin, static_cast<int>(opt), value, ptr);
 }
 
+// A 64-bit host value that names a parameter or a count: saturated rather than wrapped, so that
+// 2^32 + 3 never reaches parameter 3.
+std::int32_t saturatedInt(VstIntPtr value) {
+  constexpr VstIntPtr kLow = std::numeric_limits<std::int32_t>::min();
+  constexpr VstIntPtr kHigh = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::clamp(value, kLow, kHigh));
+}
+
 VstIntPtr vendorSpecific(PannerPlugin* plugin, std::int32_t index, VstIntPtr value, void* ptr,
                          float opt) {
   if (plugin == nullptr) return 0;
   if (ptr != nullptr) {
     if (index == kVendorIgnoredIndex || index == effString2Parameter) return 0;
     if (index == effGetParamDisplay) {
-      getParameterDisplay(*plugin, static_cast<int>(value), static_cast<char*>(ptr), kTextLength,
-                          true, opt);
+      getParameterDisplay(*plugin, saturatedInt(value), static_cast<char*>(ptr), kTextLength, true,
+                          opt);
       return kVendorDisplayAnswer;
     }
   }
   if (index == effSetSpeakerArrangement) {
-    changeArrangementFromExtension(*plugin, static_cast<std::int32_t>(value));
+    changeArrangementFromExtension(*plugin, saturatedInt(value));
     return 0;
   }
   if (index == kVendorInlineView) return inlineMessage(*plugin, opt, value, ptr);
