@@ -219,6 +219,11 @@ float getParameterValue(PannerPlugin& plugin, int index) {
   return static_cast<float>(normalisedValue(plugin, slotAt(plugin, index)));
 }
 
+// Hosts may send anything a float holds. A value that is not finite (NaN, +-inf) is ignored: no
+// field changes and nothing is marked. A finite value outside 0..1 (huge, negative) is clamped to
+// 0..1 before the mapping, so every field stays within the range its parameter can reach. An index
+// outside the list is ignored. The state block reader follows the same rule for saved values
+// (plugin/state_chunk.cpp); display requests show a non-finite value as the current one.
 void setParameterValue(PannerPlugin& plugin, int index, float value) {
   if (!std::isfinite(value) || plugin.pendingArrangement.load() != 0) return;
   const double v = std::fmin(1.0, std::fmax(0.0, static_cast<double>(value)));

@@ -1,5 +1,7 @@
 // The AEffect dispatcher: one short case per opcode, each calling a named helper.
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "model/host_link.h"
 #include "model/parameters.h"
@@ -102,24 +104,37 @@ VstIntPtr canDo(const void* ptr) {
   return 0;
 }
 
+// The inline view's message number travels in a float; one that no int can hold (NaN, infinities,
+// beyond +-2^31) names no message and is not handed on.
+VstIntPtr inlineMessage(PannerPlugin& plugin, float opt, VstIntPtr value, void* ptr) {
+  if (!(opt >= -2147483648.0f && opt < 2147483648.0f)) return 0;
+  return handleInlineMessage(plugin, static_cast<int>(opt), value, ptr);
+}
+
+// A 64-bit host value that names a parameter or a count: saturated rather than wrapped, so that
+// 2^32 + 3 never reaches parameter 3.
+std::int32_t saturatedInt(VstIntPtr value) {
+  constexpr VstIntPtr kLow = std::numeric_limits<std::int32_t>::min();
+  constexpr VstIntPtr kHigh = std::numeric_limits<std::int32_t>::max();
+  return static_cast<std::int32_t>(std::clamp(value, kLow, kHigh));
+}
+
 VstIntPtr vendorSpecific(PannerPlugin* plugin, std::int32_t index, VstIntPtr value, void* ptr,
                          float opt) {
   if (plugin == nullptr) return 0;
   if (ptr != nullptr) {
     if (index == kVendorIgnoredIndex || index == effString2Parameter) return 0;
     if (index == effGetParamDisplay) {
-      getParameterDisplay(*plugin, static_cast<int>(value), static_cast<char*>(ptr), kTextLength,
-                          true, opt);
+      getParameterDisplay(*plugin, saturatedInt(value), static_cast<char*>(ptr), kTextLength, true,
+                          opt);
       return kVendorDisplayAnswer;
     }
   }
   if (index == effSetSpeakerArrangement) {
-    changeArrangementFromExtension(*plugin, static_cast<std::int32_t>(value));
+    changeArrangementFromExtension(*plugin, saturatedInt(value));
     return 0;
   }
-  if (index == kVendorInlineView) {
-    return handleInlineMessage(*plugin, static_cast<int>(opt), value, ptr);
-  }
+  if (index == kVendorInlineView) return inlineMessage(*plugin, opt, value, ptr);
   return 0;
 }
 

@@ -18,4 +18,5 @@ run_preset x86
 run_preset asan
 run_preset tsan
 scripts/build.sh noeditor
+scripts/fuzz.sh 60
 echo "All tests passed."

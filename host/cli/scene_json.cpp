@@ -393,7 +393,7 @@ std::vector<unsigned char> importScene(const std::string& jsonText, const std::s
   Json scene;
   try {
     scene = Json::parse(jsonText);
-  } catch (const Json::parse_error& error) {
+  } catch (const Json::exception& error) {  // syntax, and numbers no double can hold
     throw HostError(sourceName + ": not valid JSON: " + error.what());
   }
   PannerPlugin plugin;

@@ -24,93 +24,71 @@ inline HCURSOR const kArrow = reinterpret_cast<HCURSOR>(0x500);
 inline HDC const kBitmapDc = reinterpret_cast<HDC>(0x600);
 constexpr LRESULT kDefaultAnswer = 77;
 
-template <typename... Args>
-void log(const char* format, Args... args) {
+// Logs one call and gives the fake's answer.
+template <typename Answer, typename... Args>
+Answer answer(Answer value, const char* format, Args... args) {
   char line[160];
   std::snprintf(line, sizeof line, format, args...);
   calls.emplace_back(line);
+  return value;
+}
+inline const char* is(bool match, const char* name) {
+  return match ? name : "other";
 }
 
-inline HWND createDialog(PlaskDialogResource*, int resourceId, HWND parent, DLGPROC procedure,
-                         LPARAM param) {
-  createdProcedure = procedure;
-  log("CreateDialog %d %s %ld", resourceId, parent == kParent ? "parent" : "other",
-      static_cast<long>(param));
-  return kView;
-}
-inline LONG_PTR setWindowLong(HWND, int index, LONG_PTR value) {
-  log("SetWindowLong %d %ld", index, static_cast<long>(value));
-  return 0;
-}
-inline BOOL setWindowPos(HWND, HWND, int x, int y, int w, int h, UINT flags) {
-  log("SetWindowPos %d %d %d %d 0x%x", x, y, w, h, flags);
-  return 1;
-}
-inline BOOL showWindow(HWND, int how) {
-  log("ShowWindow %d", how);
-  return 1;
-}
-inline HWND getParent(HWND window) {
-  return window == kView ? kParent : nullptr;
-}
-inline LONG_PTR getWindowLong(HWND window, int index) {
-  return window == kParent && index == GWL_USERDATA ? parentUserData : 0;
-}
-inline LRESULT defWindowProc(HWND, UINT message, WPARAM, LPARAM) {
-  log("DefWindowProc 0x%x", message);
-  return kDefaultAnswer;
-}
-inline HCURSOR loadCursor(std::intptr_t id) {
-  log("LoadCursor %ld", static_cast<long>(id));
-  return kArrow;
-}
-inline HCURSOR setCursor(HCURSOR cursor) {
-  log("SetCursor %s", cursor == kArrow ? "arrow" : "other");
-  return nullptr;
-}
-inline HWND setCapture(HWND window) {
-  log("SetCapture");
-  capture = window;
-  return nullptr;
-}
-inline HWND getCapture() {
-  return capture;
-}
-inline void releaseCapture() {
-  log("ReleaseCapture");
-  capture = nullptr;
-}
-inline BOOL getClientRect(HWND, RECT* rect) {
-  *rect = clientRect;
-  return 1;
-}
-inline HDC beginPaint(HWND, PAINTSTRUCT* paint) {
-  log("BeginPaint");
-  paint->hdc = kScreenDc;
-  return kScreenDc;
-}
-inline BOOL endPaint(HWND, PAINTSTRUCT*) {
-  log("EndPaint");
-  return 1;
-}
-inline void bitBlt(HDC dc, int x, int y, int w, int h, HDC source, int sx, int sy, int mode) {
-  log("BitBlt %s %d %d %d %d %s %d %d %d", dc == kScreenDc ? "screen" : "other", x, y, w, h,
-      source == kBitmapDc ? "bitmap" : "other", sx, sy, mode);
-}
-inline LRESULT sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM) {
-  log("SendMessage %s 0x%x %lu", window == kParent ? "parent" : "other", message,
-      static_cast<unsigned long>(wParam));
-  return 0;
-}
-inline HWND getDlgItem(HWND, int id) {
-  log("GetDlgItem %d", id);
-  return kEditorItem;
-}
-inline BOOL invalidateRect(HWND window, const RECT* rect, BOOL erase) {
-  log("InvalidateRect %s %s %d", window == kEditorItem ? "view" : "other",
-      rect == nullptr ? "all" : "part", erase);
-  return 1;
-}
+// The fakes; each answers what the views expect of a live window.
+struct Fakes {
+  static HWND createDialog(PlaskDialogResource*, int id, HWND parent, DLGPROC proc, LPARAM param) {
+    createdProcedure = proc;
+    return answer(kView, "CreateDialog %d %s %ld", id, is(parent == kParent, "parent"),
+                  long(param));
+  }
+  static LONG_PTR setWindowLong(HWND, int index, LONG_PTR value) {
+    return answer<LONG_PTR>(0, "SetWindowLong %d %ld", index, long(value));
+  }
+  static BOOL setWindowPos(HWND, HWND, int x, int y, int w, int h, UINT flags) {
+    return answer<BOOL>(1, "SetWindowPos %d %d %d %d 0x%x", x, y, w, h, flags);
+  }
+  static BOOL showWindow(HWND, int how) { return answer<BOOL>(1, "ShowWindow %d", how); }
+  static HWND getParent(HWND window) { return window == kView ? kParent : nullptr; }
+  static LONG_PTR getWindowLong(HWND window, int index) {
+    return window == kParent && index == GWL_USERDATA ? parentUserData : 0;
+  }
+  static LRESULT defWindowProc(HWND, UINT message, WPARAM, LPARAM) {
+    return answer(kDefaultAnswer, "DefWindowProc 0x%x", message);
+  }
+  static HCURSOR loadCursor(std::intptr_t id) { return answer(kArrow, "LoadCursor %ld", long(id)); }
+  static HCURSOR setCursor(HCURSOR cursor) {
+    return answer<HCURSOR>(nullptr, "SetCursor %s", is(cursor == kArrow, "arrow"));
+  }
+  static HWND setCapture(HWND window) {
+    capture = window;
+    return answer<HWND>(nullptr, "SetCapture");
+  }
+  static HWND getCapture() { return capture; }
+  static void releaseCapture() { capture = answer<HWND>(nullptr, "ReleaseCapture"); }
+  static BOOL getClientRect(HWND, RECT* rect) {
+    *rect = clientRect;
+    return 1;
+  }
+  static HDC beginPaint(HWND, PAINTSTRUCT* paint) {
+    return paint->hdc = answer(kScreenDc, "BeginPaint");
+  }
+  static BOOL endPaint(HWND, PAINTSTRUCT*) { return answer<BOOL>(1, "EndPaint"); }
+  static void bitBlt(HDC dc, int x, int y, int w, int h, HDC source, int sx, int sy, int mode) {
+    answer(0, "BitBlt %s %d %d %d %d %s %d %d %d", is(dc == kScreenDc, "screen"), x, y, w, h,
+           is(source == kBitmapDc, "bitmap"), sx, sy, mode);
+  }
+  static LRESULT sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM) {
+    return answer<LRESULT>(0, "SendMessage %s 0x%x %lu", is(window == kParent, "parent"), message,
+                           static_cast<unsigned long>(wParam));
+  }
+  static HWND getDlgItem(HWND, int id) { return answer(kEditorItem, "GetDlgItem %d", id); }
+  static BOOL invalidateRect(HWND window, const RECT* rect, BOOL erase) {
+    return answer<BOOL>(1, "InvalidateRect %s %s %d", is(window == kEditorItem, "view"),
+                        rect ? "part" : "all", erase);
+  }
+};
 
 inline std::vector<PlaskId> boundIds;
 
@@ -126,25 +104,26 @@ inline void install() {
   capture = nullptr;
   parentUserData = 0;
   createdProcedure = nullptr;
-  bind<PlaskId::PLASK_CreateDialog>(&createDialog);
-  bind<PlaskId::SetWindowLong>(&setWindowLong);
-  bind<PlaskId::SetWindowPos>(&setWindowPos);
-  bind<PlaskId::ShowWindow>(&showWindow);
-  bind<PlaskId::GetParent>(&getParent);
-  bind<PlaskId::GetWindowLong>(&getWindowLong);
-  bind<PlaskId::DefWindowProc>(&defWindowProc);
-  bind<PlaskId::PLASK_LoadCursor>(&loadCursor);
-  bind<PlaskId::PLASK_SetCursor>(&setCursor);
-  bind<PlaskId::SetCapture>(&setCapture);
-  bind<PlaskId::GetCapture>(&getCapture);
-  bind<PlaskId::ReleaseCapture>(&releaseCapture);
-  bind<PlaskId::GetClientRect>(&getClientRect);
-  bind<PlaskId::BeginPaint>(&beginPaint);
-  bind<PlaskId::EndPaint>(&endPaint);
-  bind<PlaskId::BitBlt>(&bitBlt);
-  bind<PlaskId::SendMessage>(&sendMessage);
-  bind<PlaskId::GetDlgItem>(&getDlgItem);
-  bind<PlaskId::InvalidateRect>(&invalidateRect);
+  using P = PlaskId;
+  bind<P::PLASK_CreateDialog>(&Fakes::createDialog);
+  bind<P::SetWindowLong>(&Fakes::setWindowLong);
+  bind<P::SetWindowPos>(&Fakes::setWindowPos);
+  bind<P::ShowWindow>(&Fakes::showWindow);
+  bind<P::GetParent>(&Fakes::getParent);
+  bind<P::GetWindowLong>(&Fakes::getWindowLong);
+  bind<P::DefWindowProc>(&Fakes::defWindowProc);
+  bind<P::PLASK_LoadCursor>(&Fakes::loadCursor);
+  bind<P::PLASK_SetCursor>(&Fakes::setCursor);
+  bind<P::SetCapture>(&Fakes::setCapture);
+  bind<P::GetCapture>(&Fakes::getCapture);
+  bind<P::ReleaseCapture>(&Fakes::releaseCapture);
+  bind<P::GetClientRect>(&Fakes::getClientRect);
+  bind<P::BeginPaint>(&Fakes::beginPaint);
+  bind<P::EndPaint>(&Fakes::endPaint);
+  bind<P::BitBlt>(&Fakes::bitBlt);
+  bind<P::SendMessage>(&Fakes::sendMessage);
+  bind<P::GetDlgItem>(&Fakes::getDlgItem);
+  bind<P::InvalidateRect>(&Fakes::invalidateRect);
 }
 
 // Unbinds the fakes, leaving other slots as the test bound them.

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cctype>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -18,28 +18,21 @@
 
 constexpr int kViewSize = 200;
 
-// Shift, Ctrl and Alt as the window layer's key state reports them while alive.
+// Shift, Ctrl and Alt (keys 16, 17, 18) as the window layer's key state reports them while alive.
 class HeldKeys {
  public:
   HeldKeys(bool shift, bool ctrl, bool alt) {
-    shift_ = shift;
-    ctrl_ = ctrl;
-    alt_ = alt;
-    asyncKeyState = &HeldKeys::state;
+    held_ = {shift, ctrl, alt};
+    asyncKeyState = [](int key) -> short {
+      return key >= VK_SHIFT && key <= VK_MENU && held_[key - VK_SHIFT] ? -32768 : 0;
+    };
   }
   ~HeldKeys() { asyncKeyState = nullptr; }
   HeldKeys(const HeldKeys&) = delete;
   HeldKeys& operator=(const HeldKeys&) = delete;
 
  private:
-  static short state(int key) {
-    const bool held =
-        (key == VK_SHIFT && shift_) || (key == VK_CONTROL && ctrl_) || (key == VK_MENU && alt_);
-    return held ? -32768 : 0;
-  }
-  static inline bool shift_ = false;
-  static inline bool ctrl_ = false;
-  static inline bool alt_ = false;
+  static inline std::array<bool, 3> held_{};
 };
 
 // One call of the window layer about the info label: "kill 10", "text 1287 50%R", "timer 10 2000".
@@ -52,9 +45,9 @@ class InfoLabelRecorder {
     slot(PlaskId::SetTimer) = reinterpret_cast<PlaskGenericFn>(&setTimer);
   }
   ~InfoLabelRecorder() {
-    slot(PlaskId::KillTimer) = nullptr;
-    slot(PlaskId::SetDlgItemText) = nullptr;
-    slot(PlaskId::SetTimer) = nullptr;
+    for (PlaskId id : {PlaskId::KillTimer, PlaskId::SetDlgItemText, PlaskId::SetTimer}) {
+      slot(id) = nullptr;
+    }
   }
   InfoLabelRecorder(const InfoLabelRecorder&) = delete;
   InfoLabelRecorder& operator=(const InfoLabelRecorder&) = delete;
@@ -63,38 +56,25 @@ class InfoLabelRecorder {
 
  private:
   static PlaskGenericFn& slot(PlaskId id) { return plaskSlots[static_cast<int>(id)]; }
-  static BOOL killTimer(HWND window, UINT_PTR id) {
-    calls_.push_back(window == editor() ? "kill " + std::to_string(id) : "kill elsewhere");
+  static int record(HWND window, std::string call) {
+    calls_.push_back(window == editor() ? call : "elsewhere");
     return 1;
+  }
+  static BOOL killTimer(HWND window, UINT_PTR id) {
+    return record(window, "kill " + std::to_string(id));
   }
   static BOOL setText(HWND window, int item, const char* text) {
-    calls_.push_back(window == editor() ? "text " + std::to_string(item) + " " + text
-                                        : "text elsewhere");
-    return 1;
+    return record(window, "text " + std::to_string(item) + " " + text);
   }
   static UINT_PTR setTimer(HWND window, UINT_PTR id, UINT elapseMs, TIMERPROC) {
-    calls_.push_back(window == editor()
-                         ? "timer " + std::to_string(id) + " " + std::to_string(elapseMs)
-                         : "timer elsewhere");
+    record(window, "timer " + std::to_string(id) + " " + std::to_string(elapseMs));
     return id;
   }
   static inline std::vector<std::string> calls_;
 };
 
-// Names parameterised cases after their `what`.
-struct CaseName {
-  template <typename Case>
-  std::string operator()(const ::testing::TestParamInfo<Case>& param) const {
-    std::string name = param.param.what;
-    for (char& c : name) c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-    return name;
-  }
-};
-
 struct Place {
-  double x;
-  double y;
-  double z;
+  double x, y, z;
 };
 
 // `inputs` placed as given, none selected; the default speaker layout; change marks cleared.
@@ -117,9 +97,8 @@ inline std::unique_ptr<PannerPlugin> makeRoom(const std::vector<Place>& inputs) 
 inline std::unique_ptr<PannerPlugin> makeUserSetup(const std::vector<Place>& speakers) {
   auto plugin = makeRoom({{-0.9, -0.9, 0.0}});
   setSpeakerCount(*plugin, static_cast<int>(speakers.size()));
-  for (std::size_t s = 0; s < speakers.size(); ++s) {
-    const Place& place = speakers[s];
-    setSpeaker(*plugin, static_cast<int>(s), "speaker", place.x, place.y, place.z, 1.0);
+  for (int s = 0; s < plugin->speakerCount(); ++s) {
+    setSpeaker(*plugin, s, "speaker", speakers[s].x, speakers[s].y, speakers[s].z, 1.0);
   }
   plugin->dirtyInputs = 0;
   plugin->changeFlags = 0;
@@ -140,8 +119,7 @@ inline std::vector<int> selectedInputs(const PannerPlugin& plugin) {
 
 // The host calls as (opcode, index, value) with automation values; end-of-edit calls carry 0.
 struct Report {
-  std::int32_t opcode;
-  std::int32_t index;
+  std::int32_t opcode, index;
   float value;
   // Positions reached by sums of pixel steps differ from the written decimals in the last bits.
   bool operator==(const Report& other) const {

@@ -1,28 +1,87 @@
 // The DPI-aware font against fake host fonts: sizes per scale, the four-entry cache, state copies.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "editor/view/dpi_aware_font.h"
 #include "plugin/host_api.h"
 #include "plugin/window_layer.h"
-#include "tests/editor/fake_host_font.h"
-
-FakeFontLog fakeFontLog;
 
 namespace {
+
+// lfHeight of every CreateFontIndirect in order; a handle is its index plus one.
+std::vector<int> handleHeights;
+int fontsMade = 0;
+int fontsDeleted = 0;
+std::uint32_t hostFlags = 0;
+
+int heightOfHandle(HFONT handle) {
+  return handleHeights[reinterpret_cast<std::intptr_t>(handle) - 1];
+}
+
+// A host font object that records what the DPI-aware font asks of it.
+class FakeHostFont final : public DAUB_IFont {
+ public:
+  FakeHostFont() { ++fontsMade; }
+  ~FakeHostFont() override { ++fontsDeleted; }
+  FakeHostFont(const FakeHostFont&) = delete;
+  FakeHostFont& operator=(const FakeHostFont&) = delete;
+
+  void AttachHostFont(HFONT font, int flags) override {
+    handle = font;
+    attachFlags = flags;
+    ++attachCount;
+  }
+  DAUB_pixel SetTextColor(DAUB_pixel c) override { return std::exchange(textColor, c); }
+  DAUB_pixel SetBkColor(DAUB_pixel c) override { return std::exchange(bkColor, c); }
+  DAUB_pixel SetExtraColor(DAUB_pixel) override { return 0; }
+  int SetBkMode(int mode) override { return std::exchange(bkMode, mode); }
+  void SetBlendMode(int, float alpha) override { blendAlpha = alpha; }
+  int DrawText(DAUB_IBitmap*, const char*, int, RECT*, UINT flags) override {
+    lastDrawFlags = flags;
+    return 7;
+  }
+  DAUB_pixel GetTextColor() override { return textColor; }
+  HFONT GetFontHandle() override { return handle; }
+  int GetLineHeight() override { return heightOfHandle(handle) + 2; }
+  void SetLineGap(int gap) override { lineGap = gap; }
+
+  HFONT handle = nullptr;
+  int attachFlags = 0;
+  int attachCount = 0;
+  DAUB_pixel textColor = 0x11111111;
+  DAUB_pixel bkColor = 0x22222222;
+  int bkMode = -1;
+  float blendAlpha = -1.0f;
+  int lineGap = -1;
+  UINT lastDrawFlags = 0;
+};
+
+// A bitmap that only answers its effective scale.
+class ScaleOnlyBitmap final : public DAUB_IBitmap {
+ public:
+  explicit ScaleOnlyBitmap(int scale256) : scale256_(scale256) {}
+  int getWidth() override { return 10; }
+  int getHeight() override { return 10; }
+  bool resize(int, int) override { return false; }
+  HDC getDC() override { return nullptr; }
+  std::intptr_t Extended(int code, void*) override {
+    return code == DAUB_EXT_GET_EFFECTIVE_SCALE ? scale256_ : 0;
+  }
+
+ private:
+  int scale256_;
+};
 
 DAUB_IFont* makeFakeFont() {
   return new FakeHostFont();
 }
-
 HFONT createFakeHandle(const LOGFONT* logFont) {
-  fakeFontLog.handleHeights.push_back(logFont->lfHeight);
-  fakeFontLog.handleWidths.push_back(logFont->lfWidth);
-  return reinterpret_cast<HFONT>(static_cast<std::intptr_t>(fakeFontLog.handleHeights.size()));
+  handleHeights.push_back(logFont->lfHeight);
+  return reinterpret_cast<HFONT>(static_cast<std::intptr_t>(handleHeights.size()));
 }
-
-std::uint32_t hostFlags = 0;
 std::uint32_t readHostFlags(int) {
   return hostFlags;
 }
@@ -30,7 +89,8 @@ std::uint32_t readHostFlags(int) {
 class DpiAwareFont : public ::testing::Test {
  protected:
   void SetUp() override {
-    fakeFontLog = {};
+    handleHeights.clear();
+    fontsMade = fontsDeleted = 0;
     hostFlags = 0;
     hostApi.DAUB_CreateFont = &makeFakeFont;
     plaskSlots[static_cast<int>(PlaskId::CreateFontIndirect)] =
@@ -57,33 +117,14 @@ class DpiAwareFont : public ::testing::Test {
   dpiAwareFont* font = nullptr;
 };
 
-TEST_F(DpiAwareFont, ViewFontsStartFromArialTemplates) {
-  const struct {
-    bool bold;
-    int height;
-    int weight;
-  } cases[] = {{false, 12, 400}, {true, 11, 700}};
-  for (const auto& c : cases) {
-    dpiAwareFont* made = createViewFont(c.bold);
-    EXPECT_EQ(made->logFont.lfHeight, c.height);
-    EXPECT_EQ(made->logFont.lfWeight, c.weight);
-    EXPECT_EQ(made->logFont.lfWidth, 0);
-    EXPECT_STREQ(made->logFont.lfFaceName, "Arial");
-    EXPECT_EQ(made->SetBkMode(1), 0);
-    delete made;
-  }
-}
-
 TEST_F(DpiAwareFont, RealizesThePixelHeightOfEachScale) {
   const struct {
-    int scale256;
-    int height;
-    int scaledFlag;
-  } cases[] = {{384, 18, DAUB_FONT_FLAG_SCALED},
+    int scale256, height, scaledFlag;
+  } cases[] = {{0, 12, 0},
                {256, 12, 0},
-               {0, 12, 0},
-               {512, 24, DAUB_FONT_FLAG_SCALED},
-               {300, 14, DAUB_FONT_FLAG_SCALED}};
+               {300, 14, DAUB_FONT_FLAG_SCALED},
+               {384, 18, DAUB_FONT_FLAG_SCALED},
+               {512, 24, DAUB_FONT_FLAG_SCALED}};
   for (const auto& c : cases) {
     FakeHostFont* host = drawAt(c.scale256);
     ASSERT_NE(host, nullptr);
@@ -92,50 +133,39 @@ TEST_F(DpiAwareFont, RealizesThePixelHeightOfEachScale) {
   }
 }
 
-TEST_F(DpiAwareFont, ASecondScaleUsesASecondEntryAndKeepsTheFirst) {
-  FakeHostFont* at384 = drawAt(384);
+TEST_F(DpiAwareFont, KeepsFourSizesAndReusesTheLeastRecentlyUsedForAFifth) {
   FakeHostFont* at256 = drawAt(256);
+  FakeHostFont* at384 = drawAt(384);
   EXPECT_NE(at384, at256);
+  EXPECT_EQ(drawAt(256), at256);  // realised already: no handle, moved to the end
   EXPECT_EQ(entry(3), std::make_pair(12, at256));
-  EXPECT_EQ(entry(2), std::make_pair(18, at384));
-  EXPECT_EQ(fakeFontLog.handleHeights, (std::vector<int>{18, 12}));
-  // Drawing at an already realised scale makes no handle and moves the entry to the end.
-  EXPECT_EQ(drawAt(384), at384);
-  EXPECT_EQ(entry(3), std::make_pair(18, at384));
-  EXPECT_EQ(fakeFontLog.handleHeights.size(), 2u);
-}
-
-TEST_F(DpiAwareFont, AFifthHeightReusesTheLeastRecentlyUsedObjectWithANewHandle) {
-  FakeHostFont* oldest = drawAt(256);
-  drawAt(384);
+  EXPECT_EQ(handleHeights, (std::vector<int>{12, 18}));
   drawAt(512);
   drawAt(640);
-  EXPECT_EQ(fakeFontLog.fontsMade, 4);
   FakeHostFont* fifth = drawAt(768);
-  EXPECT_EQ(fifth, oldest);
-  EXPECT_EQ(fakeFontLog.fontsMade, 4);
+  EXPECT_EQ(fifth, at384);
+  EXPECT_EQ(fontsMade, 4);
   EXPECT_EQ(heightOfHandle(fifth->handle), 36);
   EXPECT_EQ(fifth->attachCount, 2);
-  EXPECT_EQ(entry(3), std::make_pair(36, oldest));
-  EXPECT_EQ(entry(0).first, 18);  // 384 is now the least recently used
+  EXPECT_EQ(entry(3), std::make_pair(36, at384));
+  EXPECT_EQ(entry(0).first, 12);  // 256 is now the least recently used
+  delete font;
+  font = nullptr;
+  EXPECT_EQ(fontsDeleted, 4);
 }
 
 TEST_F(DpiAwareFont, DrawingCopiesTheWrappersStateButMeasuringDoesNot) {
   font->SetTextColor(0xFF102030);
   font->SetBkColor(0xFF405060);
-  font->SetExtraColor(0xFF708090);
   font->SetBlendMode(1, 0.25f);
   font->SetLineGap(3);
   FakeHostFont* host = drawAt(256, DT_CALCRECT | DT_SINGLELINE);
   EXPECT_EQ(host->textColor, 0x11111111u);
-  EXPECT_EQ(host->bkMode, -1);
   EXPECT_EQ(host->lastDrawFlags, static_cast<UINT>(DT_CALCRECT | DT_SINGLELINE));
   drawAt(256);
   EXPECT_EQ(host->textColor, 0xFF102030u);
   EXPECT_EQ(host->bkColor, 0xFF405060u);
-  EXPECT_EQ(host->extraColor, 0xFF708090u);
   EXPECT_EQ(host->bkMode, 0);
-  EXPECT_EQ(host->blendMode, 1);
   EXPECT_FLOAT_EQ(host->blendAlpha, 0.25f);
   EXPECT_EQ(host->lineGap, 3);
 }
@@ -150,7 +180,7 @@ TEST_F(DpiAwareFont, ChangedHostFlagsReRealizeTheSizesInUse) {
   EXPECT_EQ(drawAt(384), host);
   EXPECT_EQ(host->attachCount, 2);
   EXPECT_EQ(host->attachFlags, 0x10 | DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED);
-  EXPECT_EQ(fakeFontLog.fontsMade, 1);
+  EXPECT_EQ(fontsMade, 1);
 }
 
 TEST_F(DpiAwareFont, WithoutHostFontsNothingIsDrawnAndLinesAreTenHigh) {
@@ -159,17 +189,9 @@ TEST_F(DpiAwareFont, WithoutHostFontsNothingIsDrawnAndLinesAreTenHigh) {
   RECT box{0, 0, 10, 10};
   EXPECT_EQ(font->DrawText(&bitmap, "A", -1, &box, DT_SINGLELINE), 0);
   EXPECT_EQ(font->GetLineHeight(), 10);
+  EXPECT_EQ(font->GetFontHandle(), nullptr);
   hostApi.DAUB_CreateFont = &makeFakeFont;
   EXPECT_EQ(font->GetLineHeight(), 14);  // the fake answers its unscaled height + 2
-  EXPECT_EQ(font->GetFontHandle(), nullptr);
-}
-
-TEST_F(DpiAwareFont, DeletingTheFontDeletesItsHostFonts) {
-  drawAt(256);
-  drawAt(384);
-  delete font;
-  font = nullptr;
-  EXPECT_EQ(fakeFontLog.fontsDeleted, 2);
 }
 
 }  // namespace

@@ -77,6 +77,7 @@ TEST_F(ReferencePicture, SceneAtTwoHundredPercent) {
   buildScene();
   const BitmapPtr bitmap = paint(480, 360, 512);
   expectMatchesReference(bitmap.get(), "room_200.png");
+  EXPECT_EQ(plugin.inlineScale, 512);  // the hit size of the inline view follows
 }
 
 }  // namespace

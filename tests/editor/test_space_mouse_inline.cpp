@@ -1,74 +1,92 @@
-// Mouse editing through the host's inline view: the same operations, driven by the dispatcher's
-// inline messages with the host's block (size and mouse at byte 20) and the inline DPI scale.
+// The host's inline view through the dispatcher: its answers, the host's size limits, and mouse
+// editing with the host's block (size and mouse at byte 20) and the inline DPI scale, repainting
+// the open editor's view.
 #include <cstring>
 
 #include "plugin/plugin_entry.h"
 #include "space_mouse_fixture.h"
+#include "tests/editor/fake_window_layer.h"
 
 namespace {
 
-constexpr int kInlineIndex = 16;
+using Calls = std::vector<std::string>;
+const Calls kRepaintEditor{"GetDlgItem 1023", "InvalidateRect view all 0"};
 
-class InlineMouse : public ::testing::Test {
+class InlineView : public ::testing::Test {
  protected:
   void SetUp() override {
-    plugin_ = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
+    fake_window::install();
     plugin_->effect.object = plugin_.get();
   }
-  VstIntPtr send(int message, int mouseX, int mouseY) {
-    const std::int32_t fields[5] = {kViewSize, kViewSize, mouseX, mouseY, 0};
-    std::memcpy(block_ + 20, fields, sizeof fields);
-    return dispatcher(&plugin_->effect, effVendorSpecific, kInlineIndex, 0, block_,
+  void TearDown() override { fake_window::uninstall(); }
+
+  VstIntPtr send(int message, void* block) {
+    return dispatcher(&plugin_->effect, effVendorSpecific, 16, 0, block,
                       static_cast<float>(message));
   }
+  VstIntPtr mouse(int message, int mouseX, int mouseY) {
+    const std::int32_t fields[5] = {kViewSize, kViewSize, mouseX, mouseY, 0};
+    std::memcpy(block_ + 20, fields, sizeof fields);
+    return send(message, block_);
+  }
 
-  std::unique_ptr<PannerPlugin> plugin_;
+  std::unique_ptr<PannerPlugin> plugin_ =
+      makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
   unsigned char block_[40] = {};
 };
 
-TEST_F(InlineMouse, ADragMovesTheInputAndReportsLikeTheEditor) {
-  RecordingHost host;
-  EXPECT_EQ(send(WM_LBUTTONDOWN, 150, 50), 1);
-  EXPECT_EQ(plugin_->dragInput, 0);
-  EXPECT_EQ(send(WM_MOUSEMOVE, 160, 40), 1);
-  EXPECT_EQ(send(WM_LBUTTONUP, 160, 40), 1);
-  EXPECT_NEAR(plugin_->inputs[0].x, 0.6, 1e-9);
-  EXPECT_NEAR(plugin_->inputs[0].y, 0.6, 1e-9);
-  EXPECT_EQ(reportsOf(host),
-            (std::vector<Report>{automate(5, 0.6), automate(6, 0.6), automate(7, 0.0),
-                                 automate(5, 0.6), endEdit(5), automate(6, 0.6), endEdit(6),
-                                 automate(7, 0.0), endEdit(7)}));
-  EXPECT_EQ(plugin_->dragInput, -1);
-  EXPECT_EQ(selectedInputs(*plugin_), std::vector<int>{0});
-}
-
-TEST_F(InlineMouse, HitSizeFollowsTheHostBitmapsScale) {
-  plugin_->inlineScale = 512;
-  send(WM_LBUTTONDOWN, 160, 50);
-  EXPECT_EQ(plugin_->dragInput, 0);
-  plugin_->inlineScale = 256;
-  plugin_->viewScale = 512;
-  send(WM_LBUTTONDOWN, 160, 50);
-  EXPECT_EQ(plugin_->dragInput, -1);
-}
-
-TEST_F(InlineMouse, RightDragSelectsWithoutCapture) {
-  selectInputs(*plugin_, {2});
-  EXPECT_EQ(send(WM_RBUTTONDOWN, 40, 40), 1);
-  EXPECT_EQ(plugin_->bandActive, 1);
-  EXPECT_EQ(send(WM_MOUSEMOVE, 120, 90), 1);
-  EXPECT_EQ(plugin_->bandRect[2], 120);
-  EXPECT_EQ(send(WM_RBUTTONUP, 160, 110), 1);
-  EXPECT_EQ(selectedInputs(*plugin_), (std::vector<int>{0, 1}));
-  EXPECT_EQ(plugin_->bandActive, 0);
-}
-
-TEST_F(InlineMouse, DoubleClickResetsNothing) {
+TEST_F(InlineView, AnswersTheQueryAndIgnoresWhatItDoesNotHandle) {
   selectInputs(*plugin_, {0});
   RecordingHost host;
-  EXPECT_EQ(send(WM_LBUTTONDBLCLK, 150, 50), 0);
+  EXPECT_EQ(send(0, nullptr), 1);
+  EXPECT_EQ(mouse(WM_LBUTTONDBLCLK, 150, 50), 0);  // no reset from the inline view
+  EXPECT_EQ(mouse(WM_KEYDOWN, 150, 50), 0);
+  EXPECT_EQ(send(0x7FFF, nullptr), 0);
+  EXPECT_EQ(send(WM_LBUTTONDOWN, nullptr), 0);
   EXPECT_EQ(plugin_->inputs[0].x, 0.5);
   EXPECT_TRUE(host.calls().empty());
+}
+
+TEST_F(InlineView, MinMaxInfoGetsTheHostsFlagAndMinimumWidth) {
+  MINMAXINFO info{};
+  info.ptMinTrackSize.y = 5;
+  info.ptMaxSize = {300, 200};
+  EXPECT_EQ(send(WM_GETMINMAXINFO, &info), 1);
+  EXPECT_EQ(info.ptReserved.x, 0x10000);
+  EXPECT_EQ(info.ptMinTrackSize.x, 20);
+  EXPECT_EQ(info.ptMinTrackSize.y, 5);
+  EXPECT_EQ(info.ptMaxSize.x, 300);
+  EXPECT_EQ(send(WM_GETMINMAXINFO, nullptr), 1);
+}
+
+TEST_F(InlineView, ADragAtTheInlineScaleMovesReportsAndRepaintsTheEditor) {
+  plugin_->inlineScale = 512;  // 8 px off the dot is a hit at 200 % only
+  plugin_->editorWindow = fake_window::kParent;
+  RecordingHost host;
+  EXPECT_EQ(mouse(WM_LBUTTONDOWN, 158, 50), 1);
+  EXPECT_EQ(plugin_->dragInput, 0);
+  EXPECT_EQ(fake_window::calls, kRepaintEditor);
+  fake_window::calls.clear();
+  EXPECT_EQ(mouse(WM_MOUSEMOVE, 168, 40), 1);
+  EXPECT_EQ(fake_window::calls, kRepaintEditor);
+  EXPECT_EQ(mouse(WM_LBUTTONUP, 168, 40), 1);
+  EXPECT_NEAR(plugin_->inputs[0].x, 0.6, 1e-9);
+  EXPECT_NEAR(plugin_->inputs[0].y, 0.6, 1e-9);
+  EXPECT_EQ(reportsOf(host).back(), endEdit(7));
+  EXPECT_EQ(plugin_->dragInput, -1);
+}
+
+TEST_F(InlineView, RightDragSelectsWithoutCaptureAndRepaintsOnlyAnOpenEditor) {
+  selectInputs(*plugin_, {2});
+  EXPECT_EQ(mouse(WM_RBUTTONDOWN, 40, 40), 1);
+  EXPECT_EQ(mouse(WM_MOUSEMOVE, 120, 90), 1);
+  EXPECT_EQ(plugin_->bandRect[2], 120);
+  EXPECT_EQ(mouse(WM_RBUTTONUP, 160, 110), 1);
+  EXPECT_EQ(selectedInputs(*plugin_), (std::vector<int>{0, 1}));
+  EXPECT_EQ(plugin_->bandActive, 0);
+  plugin_->editorWindow = fake_window::kParent;
+  EXPECT_EQ(mouse(WM_MOUSEMOVE, 10, 10), 1);  // changes nothing
+  EXPECT_TRUE(fake_window::calls.empty());
 }
 
 }  // namespace

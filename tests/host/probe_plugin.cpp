@@ -37,11 +37,20 @@ struct Probe {
   std::string chunk;
 };
 
-int boundNames = 0, dllMainCalls = 0;
+#ifdef PROBE_CRASH_IN_SETCHUNK
+constexpr bool kCrashInSetChunk = true;
+#else
+constexpr bool kCrashInSetChunk = false;
+#endif
+int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
 char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
 
 Probe* probeOf(AEffect* effect) {
   return effect == nullptr ? nullptr : static_cast<Probe*>(effect->object);
+}
+
+float& parameter(Probe& probe, std::int32_t index) {
+  return index == 0 ? probe.gain : probe.mode;
 }
 
 VstIntPtr call(Probe& probe, std::int32_t opcode, std::int32_t index = 0, VstIntPtr value = 0,
@@ -60,36 +69,23 @@ std::string report(const Probe& probe) {
 }
 
 void setChunk(Probe& probe, const char* data, VstIntPtr length) {
-#ifdef PROBE_CRASH_IN_SETCHUNK
-  (void)probe;
-  (void)data;
-  (void)length;
-  raise(SIGSEGV);
-#else
+  if (kCrashInSetChunk) raise(SIGSEGV);
   const std::string text(data, static_cast<std::size_t>(length));
   const auto at = text.find("gain=");
   if (at != std::string::npos) probe.gain = std::strtof(text.c_str() + at + 5, nullptr);
-#endif
 }
 
 #ifdef PROBE_INLINE_VIEW
 constexpr std::int32_t kInlineView = 16;
 constexpr int kInlinePaint = 15;
 
-std::int32_t blockField(const void* block, int byteOffset) {
-  std::int32_t value = 0;
-  std::memcpy(&value, static_cast<const unsigned char*>(block) + byteOffset, sizeof value);
-  return value;
-}
-
 // Paints only for a block that matches the bitmap: background 0xFF102030, a red square at the
 // origin whose side is 8 px at the bitmap's advisory scale.
 VstIntPtr paintInline(Probe& probe, DAUB_IBitmap* bitmap, const void* block) {
-  if (bitmap == nullptr || block == nullptr || probe.clear == nullptr || probe.mode >= 0.5f) {
-    return 0;
-  }
-  if (blockField(block, 20) != bitmap->getWidth() || blockField(block, 24) != bitmap->getHeight() ||
-      blockField(block, 36) != 0) {
+  std::int32_t fields[10] = {};  // width at byte 20, height at 24, must-be-zero at 36
+  if (block != nullptr) std::memcpy(fields, block, sizeof fields);
+  if (bitmap == nullptr || block == nullptr || probe.clear == nullptr || probe.mode >= 0.5f ||
+      fields[5] != bitmap->getWidth() || fields[6] != bitmap->getHeight() || fields[9] != 0) {
     return 0;
   }
   const auto scale256 = static_cast<int>(bitmap->Extended(DAUB_EXT_GET_ADVISORY_SCALE, nullptr));
@@ -131,8 +127,9 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
   }
 }
 
-void copyText(void* ptr, const char* text) {
+VstIntPtr copyText(void* ptr, const char* text) {
   if (ptr != nullptr) std::strcpy(static_cast<char*>(ptr), text);
+  return 1;
 }
 
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
@@ -147,21 +144,18 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
       delete probe;
       return 0;
     case effGetParamName:
-      copyText(ptr, index == 0 ? "gain" : "mode, with comma");
-      return 0;
+      return copyText(ptr, index == 0 ? "gain" : "mode, with comma");
     case effGetParamDisplay:
-      std::snprintf(static_cast<char*>(ptr), 9, "%.3f", index == 0 ? probe->gain : probe->mode);
+      std::snprintf(static_cast<char*>(ptr), 9, "%.3f", parameter(*probe, index));
       return 1;
     case effGetParamLabel:
-      copyText(ptr, index == 0 ? "x2" : "");
-      return 0;
+      return copyText(ptr, index == 0 ? "x2" : "");
     case effGetEffectName:
+      return copyText(ptr, "Probe");
     case effGetVendorString:
+      return copyText(ptr, "Host Tests");
     case effGetProductString:
-      copyText(ptr, opcode == effGetEffectName     ? "Probe"
-                    : opcode == effGetVendorString ? "Host Tests"
-                                                   : "Probe Plug-in");
-      return 1;
+      return copyText(ptr, "Probe Plug-in");
     case effGetVendorVersion:
       return 7;
     case effGetVstVersion:
@@ -206,16 +200,13 @@ void scale(AEffect* effect, Sample** inputs, Sample** outputs, std::int32_t fram
 }
 
 void setParameter(AEffect* effect, std::int32_t index, float value) {
-  if (Probe* probe = probeOf(effect)) (index == 0 ? probe->gain : probe->mode) = value;
+  if (Probe* probe = probeOf(effect)) parameter(*probe, index) = value;
 }
 
 float getParameter(AEffect* effect, std::int32_t index) {
   Probe* probe = probeOf(effect);
-  if (probe == nullptr) return 0.0f;
-  return index == 0 ? probe->gain : probe->mode;
+  return probe == nullptr ? 0.0f : parameter(*probe, index);
 }
-
-void processAccumulating(AEffect*, float**, float**, std::int32_t) {}
 
 template <typename Fn>
 Fn lookup(audioMasterCallback host, const char* name) {
@@ -238,7 +229,6 @@ AEffect* createProbe(audioMasterCallback host) {
   AEffect& e = probe->effect;
   e.magic = kEffectMagic;
   e.dispatcher = dispatcher;
-  e.process = processAccumulating;
   e.setParameter = setParameter;
   e.getParameter = getParameter;
   e.numPrograms = 1;
@@ -249,7 +239,6 @@ AEffect* createProbe(audioMasterCallback host) {
   e.flags |= effFlagsCanDoubleReplacing;
   e.processDoubleReplacing = scale<double>;
 #endif
-  e.ioRatio = 1.0f;
   e.object = probe;
   e.uniqueID = kProbeId;
   e.version = 3;

@@ -14,7 +14,6 @@ TEST(ParameterSetting, SplitsAtTheLastEqualsAndChecksTheValue) {
   EXPECT_EQ(std::tuple(a.parameter, a.value, b.parameter, b.value),
             std::tuple("in 1 X", 0.75f, "a=b", 1.0f));
   const std::pair<const char*, const char*> bad[] = {
-      {"gain", "--set 'gain' must be NAME=VALUE"},
       {"=0.5", "--set '=0.5' must be NAME=VALUE"},
       {"gain=half", "--set 'gain=half': 'half' is not a number"},
       {"gain=2", "--set 'gain=2': 2 is outside 0..1 (values are normalised)"}};
@@ -32,8 +31,6 @@ TEST(OutputFormat, ContainerFromExtensionOrNameAndSampleType) {
                {"dir.v2/out.aiff", "", "pcm16", SF_FORMAT_AIFF | SF_FORMAT_PCM_16}};
   for (const auto& c : cases)
     EXPECT_EQ(chooseOutputFormat(c.name, c.format, c.sampleFormat, 2, 48000), c.expected) << c.name;
-  EXPECT_EQ(errorOf([] { chooseOutputFormat("a.wav", "mp9", "", 2, 48000); }),
-            "unknown output format 'mp9'");
   EXPECT_EQ(errorOf([] { chooseOutputFormat("a.wav", "", "pcm12", 2, 48000); }),
             "unknown sample format 'pcm12' (use pcm16, pcm24, pcm32, float or double)");
   EXPECT_EQ(errorOf([] { chooseOutputFormat("a.flac", "", "double", 2, 48000); }),

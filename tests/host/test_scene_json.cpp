@@ -81,33 +81,24 @@ TEST(SceneJson, BlocksThePluginWouldNotWriteAreToldApart) {
     EXPECT_FALSE(isCanonicalStateBlock(*odd));
 }
 
-TEST(SceneJson, ExportIsReadable) {
+// Left-out keys take fresh defaults.
+TEST(SceneJson, ExportIsReadableAndImportFillsInDefaults) {
   PannerPlugin plugin;
   buildBusyScene(plugin);
   const auto scene = nlohmann::json::parse(exportScene(blockOf(plugin)));
-  EXPECT_EQ(scene["inputs"].size(), 3u);
-  EXPECT_EQ(scene["speakers"].size(), 8u);
+  EXPECT_EQ(std::pair(scene["inputs"].size(), scene["speakers"].size()), std::pair(3ul, 8ul));
   EXPECT_FALSE(scene["inputs"][2].contains("name"));  // not UTF-8: given as hex
   expectJsonAt(scene, nlohmann::json::parse(R"({
-      "/layout": "7.1 surround", "/speakers/0/name": "front left", "/speakers/3/lfe": true,
-      "/speakers/3/name": "Tiefton \u00e4", "/inputs/1/mute": true,
-      "/inputs/2/nameHex": "636166e920ff", "/options/normalize": true,
-      "/options/relativeInfluence": true, "/options/speakerFaderMode": 1, "/roomScale/z": 1.5})"));
-}
-
-TEST(SceneJson, LeftOutKeysTakeFreshDefaults) {
-  const auto block = importScene(R"({"layout": "stereo", "speakers": [{"name": "left", "x": -1}],
-                                     "inputs": [{}]})",
-                                 "x");
-  PannerPlugin plugin;
-  readStateChunk(plugin, block.data(), static_cast<std::int32_t>(block.size()));
-  EXPECT_EQ(plugin.layoutPreset, 1);
-  ASSERT_EQ(plugin.speakerCount(), 1);
-  ASSERT_EQ(plugin.inputCount(), 1);
-  const Speaker& speaker = plugin.speakers[0];
-  EXPECT_EQ((std::array{speaker.x, speaker.gain, speaker.influence}), (std::array{-1.0, 1.0, 1.0}));
-  EXPECT_EQ((std::array{plugin.inputs[0].gain, plugin.zoom}), (std::array{1.0, 0.48}));
-  EXPECT_STREQ(plugin.inputs[0].name, "");
+      "/layout": "7.1 surround", "/speakers/3/lfe": true, "/speakers/3/name": "Tiefton \u00e4",
+      "/inputs/1/mute": true, "/inputs/2/nameHex": "636166e920ff", "/options/normalize": true,
+      "/options/speakerFaderMode": 1, "/roomScale/z": 1.5})"));
+  const auto block = importScene(R"({"speakers": [{"x": -1}], "inputs": [{}]})", "x");
+  PannerPlugin fresh;
+  readStateChunk(fresh, block.data(), static_cast<std::int32_t>(block.size()));
+  ASSERT_EQ(std::pair(fresh.speakerCount(), fresh.inputCount()), std::pair(1, 1));
+  EXPECT_EQ(
+      (std::array{fresh.speakers[0].x, fresh.speakers[0].gain, fresh.inputs[0].gain, fresh.zoom}),
+      (std::array{-1.0, 1.0, 1.0, 0.48}));
 }
 
 // Representative limits of each kind; the plug-in's own loader pins every field's range.
@@ -120,19 +111,13 @@ TEST(SceneJson, BadInputNamesThePlace) {
       {R"({"inputs": [{"mute": 1}]})", "inputs[0].mute: expected true or false, found 1"},
       {R"({"inputs": [{"volume": 1}]})", "inputs[0]: unknown key \"volume\""},
       {R"({"speakers": {}})", "speakers: expected a list, found {}"},
-      {R"({"zoom": 0.05})", "zoom: 0.05 is outside 0.1..0.9500000476837158"},
       {R"({"layout": "6.1 surround"})",
        "layout: \"6.1 surround\" is not a layout (\"user setup\", \"stereo\", ... \"9.1 ITU-R\", "
        "or \"none\")"},
       {R"({"inputFaderOffset": 6})", "inputFaderOffset: 6 is not a multiple of 4"},
-      {R"({"userSpeakerCount": 1.5})", "userSpeakerCount: expected a whole number, found 1.5"},
-      {R"([1, 2])", "scene: expected an object, found [1,2]"},
       {R"({"inputs": [{"nameHex": "4g"}]})", "inputs[0].nameHex: expected pairs of hex digits"},
-      {R"({"inputs": [{"name": "a", "nameHex": "61"}]})",
-       "inputs[0]: give name or nameHex, not both"},
       {R"({"speakers": [{"name": ")" + longName + R"("}]})",
        "speakers[0].name: 64 bytes, at most 63"},
-      {R"({"inputs": [{"name": "a\u0000b"}]})", "inputs[0]: a name cannot hold a zero byte"},
       {many + "]}", "inputs: 65 entries, at most 64"},
   };
   for (const auto& [json, message] : cases) EXPECT_EQ(importError(json), message) << json;

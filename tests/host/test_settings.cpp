@@ -14,19 +14,15 @@ TEST(SettingsPath, FollowsXdgConfigHomeElseHome) {
   setenv("XDG_CONFIG_HOME", "relative/dir", 1);  // not absolute: ignored, as XDG says
   setenv("HOME", "/home/someone", 1);
   EXPECT_EQ(settingsFilePath(), "/home/someone/.config/spatiola/spatiola.ini");
-  unsetenv("XDG_CONFIG_HOME");
-  EXPECT_EQ(settingsDirectory(), "/home/someone/.config/spatiola");
   setenv("HOME", home.c_str(), 1);
 }
 
 TEST(IniFile, ParsesSectionsKeysAndCommentsIgnoringCase) {
-  const IniFile file = IniFile::parse(
-      "; comment\n[Main]\nkey = a=b \nother=1\n\n[second]\nx=\n[MAIN]\nlate=2\nstray line\n");
-  EXPECT_EQ(file.value("main", "KEY"), std::optional<std::string>(" a=b"));
-  EXPECT_EQ(file.value("Main", "late"), std::optional<std::string>("2"));
-  EXPECT_EQ(file.value("second", "x"), std::optional<std::string>(""));
-  EXPECT_FALSE(file.value("second", "missing").has_value());
-  EXPECT_FALSE(file.value("third", "x").has_value());
+  const IniFile file =
+      IniFile::parse("; comment\n[Main]\nkey = a=b \n[second]\nx=\n[MAIN]\nlate=2\nstray line\n");
+  EXPECT_EQ((std::array{file.value("main", "KEY"), file.value("Main", "late"),
+                        file.value("second", "x"), file.value("second", "missing")}),
+            (std::array<std::optional<std::string>, 4>{" a=b", "2", "", std::nullopt}));
   EXPECT_EQ(file.sectionNames(), (std::vector<std::string>{"Main", "second"}));
 }
 
@@ -37,8 +33,6 @@ TEST(DisplayScale, OverrideThenSettingThenUnity) {
   file.setValue("display", "scale256", "384");
   ASSERT_TRUE(file.save(settingsFilePath()));
   EXPECT_EQ(displayScale256(), 384);
-  setDisplayScaleOverride(512);
-  EXPECT_EQ(displayScale256(), 512);
   setDisplayScaleOverride(100000);
   EXPECT_EQ(displayScale256(), 1024);  // kept within 25 %..400 %
   setDisplayScaleOverride(0);

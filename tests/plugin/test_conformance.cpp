@@ -140,7 +140,11 @@ TEST_F(Conformance, ParameterTextsThroughTheDispatcher) {
   EXPECT_STREQ(text, "0.0");
   EXPECT_EQ(dispatch(effect, effGetParamDisplay, 4), 0);  // no buffer
   EXPECT_EQ(dispatch(effect, effVendorSpecific, effGetParamDisplay, 4, text, 1.0f), 0xbeef);
-  EXPECT_STREQ(text, "12.0");  // the given value, not the current one
+  EXPECT_STREQ(text, "12.0");              // the given value, not the current one
+  if constexpr (sizeof(VstIntPtr) == 8) {  // a value past 32 bits does not wrap onto parameter 4
+    dispatch(effect, effVendorSpecific, effGetParamDisplay, (VstIntPtr{1} << 32) + 4, text, 1.0f);
+    EXPECT_STRNE(text, "12.0");
+  }
   effect->setParameter(effect, 5, 0.75f);
   EXPECT_EQ(effect->getParameter(effect, 5), 0.75f);
   EXPECT_EQ(textOf(effect, effGetParamDisplay, 5), "0.750000");

@@ -60,14 +60,6 @@ inline constexpr unsigned char kSpeakerGlyph[6 * 10] = {
     0,   192, 255, 255, 255, 255, 255, 255, 192, 0,  //
     255, 255, 255, 255, 255, 255, 255, 255, 255, 255};
 
-// Transparent 16 x 16 with the glyph at (3, 5) and a red mark at (1, 1), so every turn differs.
-inline BitmapPtr newSpeakerIcon() {
-  BitmapPtr icon = newBitmap(16, 16, 0x00000000);
-  graphics::DAUB_DrawGlyph(icon.get(), 3, 5, 0xFFFFFF00, kSpeakerGlyph, 10, 6, 1.0f, 0);
-  graphics::DAUB_PutPixel(icon.get(), 1, 1, 0xFFFF0000, 1.0f, 0);
-  return icon;
-}
-
 inline HFONT newHandle(int height, int weight = 400) {
   LOGFONT font{};
   font.lfHeight = height;

@@ -1,0 +1,297 @@
+// A byte stream as a host session: dispatcher opcodes, parameter changes and reads, audio blocks,
+// state blocks and track channel-count changes on an instance made through VSTPluginMain, with
+// well-formed pointers and buffers. After every call the model keeps its promises, texts are
+// terminated, the answers the host relies on hold, and finite input gives finite output.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "fuzz/byte_stream.h"
+#include "fuzz/dispatcher_stream.h"
+#include "fuzz/fuzz_check.h"
+#include "fuzz/fuzz_host.h"
+#include "fuzz/model_invariants.h"
+#include "platform/host_functions.h"
+
+namespace {
+
+constexpr std::size_t kTextBytes = 256;
+constexpr char kUnwritten = 0x7f;
+constexpr int kLastOpcode = 80;
+constexpr int kMaxFrames = 128;        // long enough for every kernel tile and ramp
+constexpr int kMaxBlocksPerInput = 8;  // keeps one input fast whatever its length
+constexpr double kAmplitudes[] = {1.0, 0.0, 1e-300, 1e6};
+struct CanDo {
+  const char* text;
+  VstIntPtr answer;
+};
+const CanDo kCanDos[] = {{"hasTolvekExtensions", kExtensionCanDoAnswer},
+                         {"hasTolvekViewAsConfig", kExtensionCanDoAnswer},
+                         {"wantsChannelCountNotifications", 1},
+                         {"hasTolvekEmbeddedUI", kExtensionCanDoAnswer},
+                         {"hasTolvekExtensionsX", 0},
+                         {"", 0}};
+const std::int32_t kVendorIndexes[] = {static_cast<std::int32_t>(0xdeadbef0u), effGetParamDisplay,
+                                       effString2Parameter, effSetSpeakerArrangement, effEditDraw};
+
+struct Session {
+  AEffect* effect = nullptr;
+  int blocks = 0;
+  PannerPlugin& plugin() const { return *static_cast<PannerPlugin*>(effect->object); }
+  VstIntPtr call(std::int32_t opcode, std::int32_t index, VstIntPtr value, void* ptr, float opt) {
+    return effect->dispatcher(effect, opcode, index, value, ptr, opt);
+  }
+};
+
+// Opcodes that answer something other than 0 or act on the instance; every other answers 0.
+bool isHandled(int opcode) {
+  static const int handled[] = {0,  1,  6,  7,  8,  12, 13, 14, 15, 23, 24, 26,
+                                35, 42, 45, 47, 48, 50, 51, 52, 53, 58, 72};
+  return std::find(std::begin(handled), std::end(handled), opcode) != std::end(handled);
+}
+
+// A parameter index near the list: mostly inside it, sometimes just outside either end.
+std::int32_t nearbyIndex(const Session& session, std::uint32_t raw) {
+  const std::uint32_t span =
+      static_cast<std::uint32_t>(session.effect->numParams) + 2 * kIndexMargin;
+  return static_cast<std::int32_t>(raw % span) - kIndexMargin;
+}
+
+void checkText(const std::vector<char>& text) {
+  const bool written =
+      std::any_of(text.begin(), text.end(), [](char c) { return c != kUnwritten; });
+  if (written) FUZZ_CHECK(std::memchr(text.data(), '\0', text.size()) != nullptr);
+}
+
+void checkAnswer(int opcode, std::int32_t index, const Session& session, VstIntPtr result) {
+  if (!isHandled(opcode)) FUZZ_CHECK(result == 0);
+  if (opcode == effGetVstVersion) FUZZ_CHECK(result == 2400);
+  if (opcode == effGetTailSize || opcode == effGetPlugCategory || opcode == effIdle)
+    FUZZ_CHECK(result == 1);
+  if (opcode == effCanBeAutomated)
+    FUZZ_CHECK(result == (index >= 0 && index < session.effect->numParams ? 1 : 0));
+}
+
+Bytes savedThroughDispatcher(Session& session) {
+  void* data = nullptr;
+  const auto length = static_cast<std::int32_t>(session.call(effGetChunk, 0, 0, &data, 0.0f));
+  FUZZ_CHECK(length >= 0 && (length == 0 || data != nullptr));
+  const auto* bytes = static_cast<const std::uint8_t*>(data);
+  return Bytes(bytes, bytes + length);
+}
+
+// What the instance saves must load into a fresh model and save back unchanged.
+void getChunk(Session& session) {
+  const Bytes block = savedThroughDispatcher(session);
+  PannerPlugin copy;
+  checkStableRoundTrip(copy, block);
+  FUZZ_CHECK(copy.inputCount() == session.plugin().inputCount());
+  FUZZ_CHECK(copy.speakerCount() == session.plugin().speakerCount());
+}
+
+void setChunk(Session& session, ByteStream& in) {
+  Bytes block = in.bytes(in.u16());
+  const auto length = static_cast<VstIntPtr>(block.size());
+  FUZZ_CHECK(session.call(effSetChunk, 0, length, block.empty() ? nullptr : block.data(), 0.0f) ==
+             0);
+  FUZZ_CHECK(session.effect->numInputs == session.plugin().inputCount());
+  FUZZ_CHECK(session.effect->numOutputs == session.plugin().speakerCount());
+}
+
+void editorRect(Session& session) {
+  ERect* rect = nullptr;
+  FUZZ_CHECK(session.call(effEditGetRect, 0, 0, &rect, 0.0f) == 1);
+  FUZZ_CHECK(rect != nullptr && rect->right - rect->left == 520 && rect->bottom - rect->top == 640);
+}
+
+void canDo(Session& session, std::uint8_t choice) {
+  const CanDo& question = kCanDos[choice % std::size(kCanDos)];
+  std::vector<char> copy(question.text, question.text + std::strlen(question.text) + 1);
+  FUZZ_CHECK(session.call(effCanDo, 0, 0, copy.data(), 0.0f) == question.answer);
+}
+
+void standardArrangement(Session& session, std::int32_t channels) {
+  VstSpeakerArrangement inputs{};
+  VstSpeakerArrangement outputs{};
+  outputs.numChannels = channels;
+  const auto inputPointer = reinterpret_cast<VstIntPtr>(&inputs);
+  FUZZ_CHECK(session.call(effSetSpeakerArrangement, 0, inputPointer, &outputs, 0.0f) == 0);
+}
+
+void vendorSpecific(Session& session, std::int32_t index, VstIntPtr value, float opt,
+                    std::uint8_t choice) {
+  const std::size_t pick = (choice >> 1) % (std::size(kVendorIndexes) + 1);
+  const std::int32_t vendorIndex = pick < std::size(kVendorIndexes) ? kVendorIndexes[pick] : index;
+  if (vendorIndex == effGetParamDisplay)
+    value = nearbyIndex(session, static_cast<std::uint32_t>(value));
+  std::vector<char> text(kTextBytes, kUnwritten);
+  session.call(effVendorSpecific, vendorIndex, value, (choice & 1) ? nullptr : text.data(), opt);
+  checkText(text);
+}
+
+// Any other opcode, with a text buffer (or none) as its pointer.
+void textCall(Session& session, int opcode, std::int32_t index, VstIntPtr value, float opt,
+              std::uint8_t choice) {
+  std::vector<char> text(kTextBytes, kUnwritten);
+  void* ptr = (choice & 1) || opcode == effEditOpen ? nullptr : text.data();
+  if ((choice & 2) == 0) index = nearbyIndex(session, static_cast<std::uint32_t>(index));
+  checkAnswer(opcode, index, session, session.call(opcode, index, value, ptr, opt));
+  checkText(text);
+}
+
+void recreate(Session& session, std::int32_t channels) {
+  session.call(effClose, 0, 0, nullptr, 0.0f);
+  setFuzzHostChannels(channels);
+  session.effect = createFuzzInstance();
+  const int expected = channels >= 1 && channels <= 63 ? channels : 2;
+  FUZZ_CHECK(session.plugin().inputCount() == expected);
+  FUZZ_CHECK(session.effect->numInputs == expected && session.effect->numOutputs == expected);
+}
+
+void dispatchOpcode(Session& session, ByteStream& in) {
+  const int opcode = in.u8() % (kLastOpcode + 1);
+  const std::int32_t index = in.i32();
+  const VstIntPtr value = in.i32();
+  const float opt = in.f32();
+  const std::uint8_t choice = in.u8();
+  switch (opcode) {
+    case effClose:
+      return recreate(session, session.plugin().inputCount());
+    case effEditGetRect:
+      return editorRect(session);
+    case effGetChunk:
+      return getChunk(session);
+    case effSetChunk:
+      return setChunk(session, in);
+    case effSetSpeakerArrangement:
+      return standardArrangement(session, index);
+    case effCanDo:
+      return canDo(session, choice);
+    case effVendorSpecific:
+      return vendorSpecific(session, index, value, opt, choice);
+    default:
+      return textCall(session, opcode, index, value, opt, choice);
+  }
+}
+
+void setParameter(Session& session, ByteStream& in) {
+  const std::int32_t index = nearbyIndex(session, in.u16());
+  const auto kind = static_cast<ValueKind>(in.u8() % 2);
+  const float value = kind == ValueKind::Raw ? in.f32() : in.u16() / 50000.0f - 0.1f;
+  const float before = session.effect->getParameter(session.effect, index);
+  session.effect->setParameter(session.effect, index, value);
+  const float after = session.effect->getParameter(session.effect, index);
+  const bool ignored = !std::isfinite(value) || session.plugin().pendingArrangement.load() != 0;
+  if (ignored) FUZZ_CHECK(after == before);
+  if (!ignored && index >= 0 && index < session.effect->numParams)
+    FUZZ_CHECK(after >= 0.0f && after <= 1.0f);  // clamped into the list's range
+}
+
+void getParameter(Session& session, ByteStream& in) {
+  const std::int32_t index = nearbyIndex(session, in.u16());
+  const float value = session.effect->getParameter(session.effect, index);
+  FUZZ_CHECK(std::isfinite(value));
+  if (index < 0 || index >= session.effect->numParams) FUZZ_CHECK(value == 0.0f);
+}
+
+using Channels = std::vector<std::vector<double>>;
+
+Channels makeInputs(int count, int frames, double amplitude, std::uint32_t seed) {
+  Channels channels(static_cast<std::size_t>(count), std::vector<double>(frames));
+  for (auto& channel : channels) {
+    for (double& sample : channel) {
+      seed = seed * 1664525u + 1013904223u;
+      sample = amplitude * (static_cast<double>(seed >> 8) / (1u << 23) - 1.0);
+    }
+  }
+  return channels;
+}
+
+std::vector<double*> pointersTo(Channels& channels) {
+  std::vector<double*> pointers;
+  for (auto& channel : channels) pointers.push_back(channel.data());
+  return pointers;
+}
+
+bool allFinite(const Channels& channels) {
+  return std::all_of(channels.begin(), channels.end(), [](const std::vector<double>& channel) {
+    return std::all_of(channel.begin(), channel.end(), [](double s) { return std::isfinite(s); });
+  });
+}
+
+// One block with as many buffers as the effect announces, each exactly `frames` long.
+void runBlock(Session& session, int frames, double amplitude, std::uint32_t seed) {
+  const int inputCount = session.effect->numInputs;
+  const int outputCount = session.effect->numOutputs;
+  FUZZ_CHECK(inputCount >= 0 && inputCount <= kMaxInputs);
+  FUZZ_CHECK(outputCount >= 0 && outputCount <= kMaxSpeakers);
+  Channels inputs = makeInputs(inputCount, frames, amplitude, seed);
+  Channels outputs(static_cast<std::size_t>(outputCount), std::vector<double>(frames));
+  std::vector<double*> inputPointers = pointersTo(inputs);
+  std::vector<double*> outputPointers = pointersTo(outputs);
+  session.effect->processDoubleReplacing(session.effect, inputPointers.data(),
+                                         outputPointers.data(), frames);
+  FUZZ_CHECK(allFinite(outputs));
+}
+
+void process(Session& session, ByteStream& in) {
+  const int frames = in.u16() % (kMaxFrames + 1);
+  const double amplitude = kAmplitudes[in.u8() % std::size(kAmplitudes)];
+  const std::uint32_t seed = in.u8();
+  if (++session.blocks <= kMaxBlocksPerInput) runBlock(session, frames, amplitude, seed);
+}
+
+void hostChannelChange(Session& session, ByteStream& in) {
+  const bool standard = in.u8() % 2 == 0;
+  const std::int32_t channels = in.i32();
+  if (standard) return standardArrangement(session, channels);
+  FUZZ_CHECK(session.call(effVendorSpecific, effSetSpeakerArrangement, channels, nullptr, 0.0f) ==
+             0);
+}
+
+void perform(Session& session, Operation operation, ByteStream& in) {
+  switch (operation) {
+    case Operation::Dispatch:
+      return dispatchOpcode(session, in);
+    case Operation::SetParameter:
+      return setParameter(session, in);
+    case Operation::GetParameter:
+      return getParameter(session, in);
+    case Operation::Process:
+      return process(session, in);
+    case Operation::Idle:
+      FUZZ_CHECK(session.call(effIdle, 0, 0, nullptr, 0.0f) == 1);
+      return;
+    case Operation::SetChunk:
+      return setChunk(session, in);
+    case Operation::GetChunk:
+      return getChunk(session);
+    case Operation::Recreate:
+      return recreate(session, in.i32());
+    default:
+      return hostChannelChange(session, in);
+  }
+}
+
+void checkInstance(const Session& session) {
+  checkModelInvariants(session.plugin(), true);
+  FUZZ_CHECK(session.effect->numInputs >= 0 && session.effect->numInputs <= kMaxInputs);
+  FUZZ_CHECK(session.effect->numOutputs >= 0 && session.effect->numOutputs <= kMaxSpeakers);
+}
+
+}  // namespace
+
+// [fuzz] One session: a stereo track's instance, the decoded calls, then effClose.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  ByteStream in(data, size);
+  Session session;
+  setFuzzHostChannels(2);
+  session.effect = createFuzzInstance();
+  while (!in.empty()) {
+    perform(session, static_cast<Operation>(in.u8() % kOperationCount), in);
+    checkInstance(session);
+  }
+  session.call(effClose, 0, 0, nullptr, 0.0f);
+  return 0;
+}

@@ -1,0 +1,56 @@
+#include "fuzz/fuzz_host.h"
+
+#include <cstring>
+
+#include "fuzz/fuzz_check.h"
+#include "model/channels.h"
+#include "platform/host_functions.h"
+
+namespace {
+
+constexpr int kMaxParameterDelta = 10 * kMaxInputs + 7 * kMaxSpeakers;
+
+std::int32_t trackChannels = 2;
+
+const char* iniFilePath() {
+  return "/tmp/spatiola-fuzz.ini";
+}
+
+VstIntPtr lookUp(const void* name) {
+  if (name != nullptr && std::strcmp(static_cast<const char*>(name), "get_ini_file") == 0)
+    return reinterpret_cast<VstIntPtr>(&iniFilePath);
+  return 0;
+}
+
+// The record must be readable and describe a range inside the largest parameter list.
+void checkParameterListChange(const void* ptr) {
+  FUZZ_CHECK(ptr != nullptr);
+  ParameterListChange change{};
+  std::memcpy(&change, ptr, sizeof change);
+  FUZZ_CHECK(change.firstIndex >= 4 && change.firstIndex <= 4 + kMaxParameterDelta);
+  FUZZ_CHECK(change.delta >= -kMaxParameterDelta && change.delta <= kMaxParameterDelta);
+}
+
+VstIntPtr answer(AEffect* /*effect*/, std::int32_t opcode, std::int32_t index, VstIntPtr value,
+                 void* ptr, float /*opt*/) {
+  if (opcode == kHostExtensionOpcode && index == kHostFunctionLookupIndex) return lookUp(ptr);
+  if (opcode == kHostExtensionOpcode && index == kHostChannelCountIndex) return trackChannels;
+  FUZZ_CHECK(opcode != audioMasterAutomate);  // a host-side change is never reported back
+  if (opcode == audioMasterVendorSpecific && index == kHostExtensionOpcode &&
+      value == kHostNotifyParameterList) {
+    checkParameterListChange(ptr);
+  }
+  return 0;
+}
+
+}  // namespace
+
+void setFuzzHostChannels(std::int32_t channels) {
+  trackChannels = channels;
+}
+
+AEffect* createFuzzInstance() {
+  AEffect* effect = VSTPluginMain(&answer);
+  FUZZ_CHECK(effect != nullptr && effect->object != nullptr);
+  return effect;
+}
