@@ -1,57 +1,66 @@
-// Editor-side changes reported to the host as automation. Values are collected under modelMutex
-// and sent after it is released, so that the host may call back into the plug-in.
+// Editor-side changes reported to the host as automation.
+#include "model/automation_reports.h"
+
 #include "model/host_link.h"
 #include "model/parameter_index.h"
 #include "model/parameters.h"
 
 namespace {
 
-constexpr int kMaxReports = 3 * kMaxInputs;
 constexpr int kDiffusionLevelMode = 7;
 constexpr int kDiffusionRotateMode = 9;
 constexpr int kLowHighMode = 2;
 
-struct Report {
-  std::int32_t index;
-  float value;
-};
-
-struct ReportList {
-  Report items[kMaxReports];
-  int count = 0;
-  void add(std::int32_t index, double value) {
-    if (count < kMaxReports) items[count++] = {index, static_cast<float>(value)};
-  }
-};
-
-void send(PannerPlugin& plugin, const ReportList& reports, bool endEdit) {
-  for (int i = 0; i < reports.count; ++i) {
-    const Report& report = reports.items[i];
-    callHost(plugin, audioMasterAutomate, report.index, 0, nullptr, report.value);
-    if (endEdit) callHost(plugin, audioMasterEndEdit, report.index, 0, nullptr, 0.0f);
-  }
+double signedToNormal(double x) {
+  return (1.0 + x) * 0.5;
 }
 
-void addPositionReports(ReportList& reports, const InputChannel& input, int i, bool withHeight) {
-  reports.add(inputParameterIndex(i, kInX), (1.0 + input.x) * 0.5);
-  reports.add(inputParameterIndex(i, kInY), (1.0 + input.y) * 0.5);
-  if (withHeight) reports.add(inputParameterIndex(i, kInZ), (1.0 + input.z) * 0.5);
-}
-
-void addDiffusionReport(ReportList& reports, const InputChannel& input, int i, int mode) {
+void addDiffusionReport(ParameterReports& reports, const InputChannel& input, int i, int mode) {
   if (mode == kDiffusionLevelMode) {
     reports.add(inputParameterIndex(i, kInDiffuse), input.diffuse);
   } else if (mode == kDiffusionRotateMode) {
     reports.add(inputParameterIndex(i, kInAngle), input.diffuseAngle);
   } else {
-    reports.add(inputParameterIndex(i, kInBias), (1.0 + input.diffuseBias) * 0.5);
+    reports.add(inputParameterIndex(i, kInBias), signedToNormal(input.diffuseBias));
   }
 }
 
 }  // namespace
 
+void ParameterReports::add(std::int32_t index, double value) {
+  if (count_ < kCapacity) items_[count_++] = {index, static_cast<float>(value)};
+}
+
+void ParameterReports::addInputPosition(const PannerPlugin& plugin, int input, bool withHeight) {
+  const InputChannel& channel = plugin.inputs[input];
+  add(inputParameterIndex(input, kInX), signedToNormal(channel.x));
+  add(inputParameterIndex(input, kInY), signedToNormal(channel.y));
+  if (withHeight) add(inputParameterIndex(input, kInZ), signedToNormal(channel.z));
+}
+
+void ParameterReports::addSpeakerPosition(const PannerPlugin& plugin, int speaker) {
+  const Speaker& record = plugin.speakers[speaker];
+  const int inputs = plugin.inputCount();
+  add(speakerParameterIndex(inputs, speaker, kSpkX), signedToNormal(record.x));
+  add(speakerParameterIndex(inputs, speaker, kSpkY), signedToNormal(record.y));
+  add(speakerParameterIndex(inputs, speaker, kSpkZ), signedToNormal(record.z));
+}
+
+void ParameterReports::addSelectedInputPositions(const PannerPlugin& plugin) {
+  for (int i = 0; i < plugin.inputCount(); ++i) {
+    if (plugin.inputs[i].selected) addInputPosition(plugin, i, true);
+  }
+}
+
+void ParameterReports::send(PannerPlugin& plugin, bool endEdit) const {
+  for (int i = 0; i < count_; ++i) {
+    callHost(plugin, audioMasterAutomate, items_[i].index, 0, nullptr, items_[i].value);
+    if (endEdit) callHost(plugin, audioMasterEndEdit, items_[i].index, 0, nullptr, 0.0f);
+  }
+}
+
 void notifyMuteSolo(PannerPlugin& plugin, int index, bool isInput, bool isMute) {
-  ReportList reports;
+  ParameterReports reports;
   {
     ModelLock lock(plugin);
     if (index < 0) return;
@@ -65,12 +74,12 @@ void notifyMuteSolo(PannerPlugin& plugin, int index, bool isInput, bool isMute) 
                   isMute ? speaker.mute : speaker.solo);
     }
   }
-  send(plugin, reports, true);
+  reports.send(plugin, true);
 }
 
 void notifyGroupEdit(PannerPlugin& plugin, int mode, bool endEdit) {
   if (mode < 0) return;
-  ReportList reports;
+  ParameterReports reports;
   {
     ModelLock lock(plugin);
     for (int i = 0; i < plugin.inputCount(); ++i) {
@@ -79,9 +88,9 @@ void notifyGroupEdit(PannerPlugin& plugin, int mode, bool endEdit) {
       if (mode >= kDiffusionLevelMode && mode <= kDiffusionRotateMode) {
         addDiffusionReport(reports, input, i, mode);
       } else {
-        addPositionReports(reports, input, i, mode == kLowHighMode || mode > kDiffusionRotateMode);
+        reports.addInputPosition(plugin, i, mode == kLowHighMode || mode > kDiffusionRotateMode);
       }
     }
   }
-  send(plugin, reports, endEdit);
+  reports.send(plugin, endEdit);
 }

@@ -66,11 +66,11 @@ void moveSpeaker(PannerPlugin& plugin, const ViewGeometry& view, Speaker& speake
 
 // A speaker that vanished while it was dragged is left alone.
 bool dragSpeakerStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, int mouseY,
-                     const ModifierKeys& keys, PositionReports& reports) {
+                     const ModifierKeys& keys, ParameterReports& reports) {
   if (plugin.dragSpeaker >= plugin.speakerCount()) return false;
   moveSpeaker(plugin, view, plugin.speakers[plugin.dragSpeaker], mouseX, mouseY, keys.alt);
   markInputsDirty(plugin, kDirtyAllInputs);
-  reports.addSpeaker(plugin, plugin.dragSpeaker);
+  reports.addSpeakerPosition(plugin, plugin.dragSpeaker);
   countDragStep(plugin, mouseX, mouseY);
   plugin.changeFlags.fetch_or(kChangeSpeakers);
   return true;
@@ -128,7 +128,7 @@ void moveSelectedInputs(PannerPlugin& plugin, const Motion& motion, std::uint8_t
 }
 
 bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, int mouseY,
-                   const ModifierKeys& keys, PositionReports& reports) {
+                   const ModifierKeys& keys, ParameterReports& reports) {
   if (plugin.dragInput >= plugin.inputCount()) return false;
   InputChannel& grabbed = plugin.inputs[plugin.dragInput];
   // A Shift or Ctrl grab joins the selection at its first move.
@@ -138,7 +138,7 @@ bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, i
   limitToBorder(plugin, motion, grabbed.reverse, keys.ctrl);
   if (motion.any()) {
     moveSelectedInputs(plugin, motion, grabbed.reverse, keys.ctrl);
-    reports.addSelectedInputs(plugin);
+    reports.addSelectedInputPositions(plugin);
   }
   countDragStep(plugin, mouseX, mouseY);
   plugin.changeFlags.fetch_or(kChangeInputs);
@@ -146,7 +146,7 @@ bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, i
 }
 
 bool dragStep(PannerPlugin& plugin, int mouseX, int mouseY, int width, int height,
-              const ModifierKeys& keys, PositionReports& reports) {
+              const ModifierKeys& keys, ParameterReports& reports) {
   const ViewGeometry view = viewGeometry(plugin, width, height);
   // A view without pixels (an inline view folded away) has no positions to move to.
   if (!(view.sx > 0.0 && view.sy > 0.0)) return false;
@@ -160,7 +160,7 @@ bool dragStep(PannerPlugin& plugin, int mouseX, int mouseY, int width, int heigh
 // [UI thread] Moves under modelMutex; reports the new positions after releasing it.
 bool dragTo(PannerPlugin& plugin, int mouseX, int mouseY, int width, int height) {
   const ModifierKeys keys = readModifierKeys();
-  PositionReports reports;
+  ParameterReports reports;
   bool repaint = false;
   {
     ModelLock lock(plugin);

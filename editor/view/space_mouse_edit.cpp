@@ -1,7 +1,6 @@
 #include "editor/view/space_mouse_edit.h"
 
 #include "model/host_link.h"
-#include "model/parameter_index.h"
 #include "platform/win32_types.h"
 
 ModifierKeys readModifierKeys() {
@@ -41,36 +40,4 @@ bool clearSelection(PannerPlugin& plugin) {
     plugin.inputs[i].selected = 0;
   }
   return anySelected;
-}
-
-void PositionReports::add(std::int32_t index, double coordinate) {
-  if (count_ < kCapacity) items_[count_++] = {index, static_cast<float>((coordinate + 1.0) * 0.5)};
-}
-
-void PositionReports::addInput(const PannerPlugin& plugin, int input) {
-  const InputChannel& channel = plugin.inputs[input];
-  add(inputParameterIndex(input, kInX), channel.x);
-  add(inputParameterIndex(input, kInY), channel.y);
-  add(inputParameterIndex(input, kInZ), channel.z);
-}
-
-void PositionReports::addSpeaker(const PannerPlugin& plugin, int speaker) {
-  const Speaker& record = plugin.speakers[speaker];
-  const int inputs = plugin.inputCount();
-  add(speakerParameterIndex(inputs, speaker, kSpkX), record.x);
-  add(speakerParameterIndex(inputs, speaker, kSpkY), record.y);
-  add(speakerParameterIndex(inputs, speaker, kSpkZ), record.z);
-}
-
-void PositionReports::addSelectedInputs(const PannerPlugin& plugin) {
-  for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (plugin.inputs[i].selected) addInput(plugin, i);
-  }
-}
-
-void PositionReports::send(PannerPlugin& plugin, bool endEdit) const {
-  for (int i = 0; i < count_; ++i) {
-    callHost(plugin, audioMasterAutomate, items_[i].index, 0, nullptr, items_[i].value);
-    if (endEdit) callHost(plugin, audioMasterEndEdit, items_[i].index, 0, nullptr, 0.0f);
-  }
 }

@@ -16,21 +16,21 @@ void clickInput(PannerPlugin& plugin, int input, const ModifierKeys& keys) {
   clicked.selected = 1;
 }
 
-void releaseInput(PannerPlugin& plugin, const ModifierKeys& keys, PositionReports& reports) {
+void releaseInput(PannerPlugin& plugin, const ModifierKeys& keys, ParameterReports& reports) {
   if (plugin.dragInput >= plugin.inputCount()) return;
   if (plugin.dragMoves == 0) {
     clickInput(plugin, plugin.dragInput, keys);
     plugin.changeFlags.fetch_or(kChangeEditor);
   } else {
-    reports.addSelectedInputs(plugin);
+    reports.addSelectedInputPositions(plugin);
   }
   plugin.changeFlags.fetch_or(kChangeInputs);
 }
 
 // A speaker that vanished during the drag is not reported.
-void releaseSpeaker(PannerPlugin& plugin, PositionReports& reports) {
+void releaseSpeaker(PannerPlugin& plugin, ParameterReports& reports) {
   if (plugin.dragMoves != 0 && plugin.dragSpeaker < plugin.speakerCount()) {
-    reports.addSpeaker(plugin, plugin.dragSpeaker);
+    reports.addSpeakerPosition(plugin, plugin.dragSpeaker);
   }
   plugin.changeFlags.fetch_or(kChangeEditor | kChangeSpeakers);
 }
@@ -60,7 +60,7 @@ void selectInBand(PannerPlugin& plugin, const ViewGeometry& view, const Modifier
 // [UI thread] Selection under modelMutex; end-of-edit reports after releasing it.
 void finishDrag(PannerPlugin& plugin) {
   const ModifierKeys keys = readModifierKeys();
-  PositionReports reports;
+  ParameterReports reports;
   {
     ModelLock lock(plugin);
     if (plugin.dragSpeaker >= 0) {
