@@ -1,9 +1,9 @@
 #include "host/cli/render.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "host/cli/audio_file.h"
+#include "host/cli/complete_file.h"
 #include "host/cli/progress.h"
 #include "host/core/host_error.h"
 
@@ -173,21 +173,12 @@ RenderResult renderFile(const RenderOptions& options, std::ostream& notes) {
   result.levels = LevelMeter(instance.outputCount());
   const OutputFormat format =
       outputFormatFor(options, instance, result.sampleRate, result.channelNames);
-  // A failed render never replaces an earlier result: the file gets its name when complete.
-  const std::string partialPath = options.outputPath + ".partial";
-  try {
+  writeCompleteFile(options.outputPath, [&](const std::string& partialPath) {
     AudioWriter writer(partialPath, instance.outputCount(), result.sampleRate, format);
     result.channelMapWritten = writer.channelMapWritten();
     result.frames = Renderer(instance, reader, writer, std::move(changes), result.levels).run();
     writer.close();
-  } catch (...) {
-    std::remove(partialPath.c_str());
-    throw;
-  }
-  if (std::rename(partialPath.c_str(), options.outputPath.c_str()) != 0) {
-    throw HostError("cannot move the result to " + options.outputPath + " (it is in " +
-                    partialPath + ")");
-  }
+  });
   instance.stop();
   if (!options.saveStatePath.empty()) writeBinaryFile(options.saveStatePath, instance.chunk());
   return result;

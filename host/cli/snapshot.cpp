@@ -1,8 +1,8 @@
 #include "host/cli/snapshot.h"
 
-#include <cstdio>
 #include <string>
 
+#include "host/cli/complete_file.h"
 #include "host/cli/inline_view_call.h"
 #include "host/core/host_error.h"
 #include "host/graphics/drawing.h"
@@ -85,19 +85,6 @@ std::unique_ptr<DAUB_IBitmap> paintSnapshot(PluginInstance& instance, BitmapSize
   return bitmap;
 }
 
-void writePngReplacing(DAUB_IBitmap* bitmap, const std::string& path) {
-  const std::string partial = path + ".part";
-  std::string error;
-  if (!graphics::writePng(bitmap, partial, &error)) {
-    std::remove(partial.c_str());
-    throw HostError("cannot write " + path + ": " + error);
-  }
-  if (std::rename(partial.c_str(), path.c_str()) != 0) {
-    std::remove(partial.c_str());
-    throw HostError("cannot write " + path + " (renaming " + partial + " failed)");
-  }
-}
-
 SnapshotResult writeSnapshot(const SnapshotOptions& options) {
   const BitmapSize size = parseBitmapSize(options.size);
   const int scale256 = checkedAdvisoryScale(options.scale256);
@@ -107,6 +94,11 @@ SnapshotResult writeSnapshot(const SnapshotOptions& options) {
   configurePlugin(*plugin.instance, options.plugin);
   plugin.instance->start();  // hosts picture plug-ins that are open and running
   const std::unique_ptr<DAUB_IBitmap> picture = paintSnapshot(*plugin.instance, size, scale256);
-  writePngReplacing(picture.get(), options.outputPath);
+  writeCompleteFile(options.outputPath, [&picture, &options](const std::string& partialPath) {
+    std::string error;
+    if (!graphics::writePng(picture.get(), partialPath, &error)) {
+      throw HostError("cannot write " + options.outputPath + ": " + error);
+    }
+  });
   return SnapshotResult{plugin.instance->effectName(), size};
 }

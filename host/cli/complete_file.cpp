@@ -1,0 +1,19 @@
+#include "host/cli/complete_file.h"
+
+#include <cstdio>
+
+#include "host/core/host_error.h"
+
+void writeCompleteFile(const std::string& path,
+                       const std::function<void(const std::string&)>& write) {
+  const std::string partialPath = path + ".partial";
+  try {
+    write(partialPath);
+  } catch (...) {
+    std::remove(partialPath.c_str());
+    throw;
+  }
+  if (std::rename(partialPath.c_str(), path.c_str()) != 0) {
+    throw HostError("cannot move the result to " + path + " (it is in " + partialPath + ")");
+  }
+}
