@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "platform/host_functions.h"
 
@@ -33,9 +34,9 @@ void notifyCountChange(PannerPlugin& plugin, const CountChange& change) {
   const int delta = change.newCount - change.oldCount;
   ParameterListChange moved{};
   if (change.kind == CountKind::Inputs) {
-    moved = {parameterCountFor(firstCount, 0), 10 * delta};
+    moved = {parameterCountFor(firstCount, 0), kParametersPerInput * delta};
   } else {
-    moved = {parameterCountFor(change.inputCount, firstCount), 7 * delta};
+    moved = {parameterCountFor(change.inputCount, firstCount), kParametersPerSpeaker * delta};
   }
   callHost(plugin, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyParameterList,
            &moved, 0.0f);

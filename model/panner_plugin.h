@@ -110,8 +110,3 @@ class ModelLock {
  private:
   pthread_mutex_t* mutex_;
 };
-
-// 4 globals, 10 per input, 7 per speaker.
-constexpr int parameterCountFor(int inputCount, int speakerCount) {
-  return 4 + 10 * inputCount + 7 * speakerCount;
-}

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/channels.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "platform/host_functions.h"
@@ -82,7 +83,7 @@ void processPendingArrangement(PannerPlugin* plugin) {
 
   if (oldInputs != newInputs) {
     notifyParameterList(*plugin, parameterCountFor(std::min(oldInputs, newInputs), 0),
-                        10 * (newInputs - oldInputs));
+                        kParametersPerInput * (newInputs - oldInputs));
   }
   if (oldSpeakers == newSpeakers && oldInputs == newInputs) return;
   {

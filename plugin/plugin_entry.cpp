@@ -4,6 +4,7 @@
 
 #include "engine/audio_process.h"
 #include "model/counts.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "model/parameters.h"

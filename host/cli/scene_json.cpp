@@ -6,10 +6,9 @@
 #include <set>
 
 #include "host/core/host_error.h"
+#include "model/field_access.h"
 #include "model/layouts.h"
-#include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
-#include "plugin/state_limits.h"
 
 namespace {
 
@@ -51,36 +50,15 @@ void putName(OrderedJson& record, const char* name) {
   record["nameHex"] = hex;
 }
 
-OrderedJson inputToJson(const InputChannel& input) {
-  OrderedJson record;
-  putName(record, input.name);
-  record["gain"] = input.gain;
-  record["lfeSend"] = input.lfeSend;
-  record["x"] = input.x;
-  record["y"] = input.y;
-  record["z"] = input.z;
-  record["diffuse"] = input.diffuse;
-  record["diffuseBias"] = input.diffuseBias;
-  record["diffuseAngle"] = input.diffuseAngle;
-  record["mute"] = input.mute != 0;
-  record["solo"] = input.solo != 0;
-  record["selected"] = input.selected != 0;
-  record["reverse"] = input.reverse != 0;
-  return record;
-}
-
-OrderedJson speakerToJson(const Speaker& speaker) {
-  OrderedJson record;
-  putName(record, speaker.name);
-  record["gain"] = speaker.gain;
-  record["x"] = speaker.x;
-  record["y"] = speaker.y;
-  record["z"] = speaker.z;
-  record["influence"] = speaker.influence;
-  record["mute"] = speaker.mute != 0;
-  record["solo"] = speaker.solo != 0;
-  record["lfe"] = speaker.isLfe != 0;
-  return record;
+template <typename Record, std::size_t N>
+OrderedJson recordToJson(const RecordField<Record> (&fields)[N], const Record& record) {
+  OrderedJson json;
+  putName(json, record.name);
+  for (const RecordField<Record>& field : fields) {
+    if (field.real != nullptr) json[field.jsonKey] = record.*field.real;
+    if (field.flag != nullptr) json[field.jsonKey] = record.*field.flag != 0;
+  }
+  return json;
 }
 
 OrderedJson optionsToJson(std::uint32_t flags) {
@@ -88,6 +66,39 @@ OrderedJson optionsToJson(std::uint32_t flags) {
                      {"speakerFaderMode", (flags & kOptionSpeakerFaderModeMask) >> 8},
                      {"normalize", (flags & kOptionNormalizeOff) == 0},
                      {"relativeInfluence", (flags & kOptionRelativeInfluence) != 0}};
+}
+
+// A key "a.b" names key b of the object a.
+std::pair<std::string, std::string> splitKey(const char* key) {
+  const std::string path(key);
+  const std::size_t dot = path.find('.');
+  if (dot == std::string::npos) return {path, ""};
+  return {path.substr(0, dot), path.substr(dot + 1)};
+}
+
+OrderedJson& slotOf(OrderedJson& scene, const char* key) {
+  const auto [outer, inner] = splitKey(key);
+  return inner.empty() ? scene[outer] : scene[outer][inner];
+}
+
+OrderedJson integersToJson(const GlobalField& field, const std::int32_t* values) {
+  if (field.count == 1) return values[0];
+  OrderedJson list = OrderedJson::array();
+  for (int k = 0; k < field.count; ++k) list.push_back(values[k]);
+  return list;
+}
+
+void putGlobal(OrderedJson& scene, const GlobalField& field, const PannerPlugin& plugin) {
+  OrderedJson& slot = slotOf(scene, field.jsonKey);
+  if (field.id == GlobalId::LayoutPreset) {
+    slot = layoutName(plugin.layoutPreset);
+  } else if (field.kind == GlobalKind::Integer) {
+    slot = integersToJson(field, globalIntegers(plugin, field.id));
+  } else if (field.kind == GlobalKind::OptionBits) {
+    slot = optionsToJson(plugin.optionFlags);
+  } else {
+    slot = *globalReal(plugin, field.id);
+  }
 }
 
 // ---- import ---------------------------------------------------------------------------------
@@ -160,12 +171,6 @@ class Node {
   std::string path_;
 };
 
-// Reads `key` into `field` through `read` when present.
-template <typename T, typename Read>
-void optional(const Node& node, const char* key, T& field, Read read) {
-  if (node.has(key)) field = static_cast<T>(read(node.member(key)));
-}
-
 void readName(const Node& record, char* name) {
   if (record.has("name") && record.has("nameHex")) record.fail("give name or nameHex, not both");
   std::string bytes;
@@ -191,43 +196,26 @@ void readName(const Node& record, char* name) {
   std::copy(bytes.begin(), bytes.end(), name);
 }
 
-void readInput(const Node& node, InputChannel& input) {
-  node.expectObject({"name", "nameHex", "gain", "lfeSend", "x", "y", "z", "diffuse", "diffuseBias",
-                     "diffuseAngle", "mute", "solo", "selected", "reverse"});
-  readName(node, input.name);
-  const auto number = [](const ValueRange& range) {
-    return [range](const Node& n) { return n.number(range); };
-  };
-  const auto flag = [](const Node& n) { return n.boolean() ? 1 : 0; };
-  optional(node, "gain", input.gain, number(kLevelRange));
-  optional(node, "lfeSend", input.lfeSend, number(kLevelRange));
-  optional(node, "x", input.x, number(kPositionRange));
-  optional(node, "y", input.y, number(kPositionRange));
-  optional(node, "z", input.z, number(kPositionRange));
-  optional(node, "diffuse", input.diffuse, number(kDiffuseRange));
-  optional(node, "diffuseBias", input.diffuseBias, number(kSignedRange));
-  optional(node, "diffuseAngle", input.diffuseAngle, number(kSignedRange));
-  optional(node, "mute", input.mute, flag);
-  optional(node, "solo", input.solo, flag);
-  optional(node, "selected", input.selected, flag);
-  optional(node, "reverse", input.reverse, flag);
+template <typename Record, std::size_t N>
+void readRecord(const Node& node, const RecordField<Record> (&fields)[N], Record& record) {
+  std::set<std::string> keys{"name", "nameHex"};
+  for (const RecordField<Record>& field : fields) keys.insert(field.jsonKey);
+  node.expectObject(keys);
+  readName(node, record.name);
+  for (const RecordField<Record>& field : fields) {
+    if (!node.has(field.jsonKey)) continue;
+    const Node value = node.member(field.jsonKey);
+    if (field.real != nullptr) record.*field.real = value.number(field.range);
+    if (field.flag != nullptr) record.*field.flag = value.boolean() ? 1 : 0;
+  }
 }
 
-void readSpeaker(const Node& node, Speaker& speaker) {
-  node.expectObject({"name", "nameHex", "gain", "x", "y", "z", "influence", "mute", "solo", "lfe"});
-  readName(node, speaker.name);
-  const auto number = [](const ValueRange& range) {
-    return [range](const Node& n) { return n.number(range); };
-  };
-  const auto flag = [](const Node& n) { return n.boolean() ? 1 : 0; };
-  optional(node, "gain", speaker.gain, number(kLevelRange));
-  optional(node, "x", speaker.x, number(kPositionRange));
-  optional(node, "y", speaker.y, number(kPositionRange));
-  optional(node, "z", speaker.z, number(kPositionRange));
-  optional(node, "influence", speaker.influence, number(kInfluenceRange));
-  optional(node, "mute", speaker.mute, flag);
-  optional(node, "solo", speaker.solo, flag);
-  optional(node, "lfe", speaker.isLfe, flag);
+// Keys left out keep the values of a fresh record.
+template <typename Record, std::size_t N>
+void defaultRecord(const RecordField<Record> (&fields)[N], Record& record) {
+  for (const RecordField<Record>& field : fields) {
+    if (field.real != nullptr) record.*field.real = field.range.fallback;
+  }
 }
 
 int readLayout(const Node& node) {
@@ -265,30 +253,65 @@ std::uint32_t readOptions(const Node& node, std::uint32_t flags) {
   return flags;
 }
 
-int readFaderOffset(const Node& node) {
-  const int offset = node.integer(0, kMaxFaderOffset);
-  if (offset % 4 != 0) node.fail(std::to_string(offset) + " is not a multiple of 4");
-  return offset;
-}
-
-void readRoomScale(const Node& node, PannerPlugin& plugin) {
-  node.expectObject({"x", "y", "z"});
-  const auto scale = [](const Node& n) { return n.number(kRoomScaleRange); };
-  optional(node, "x", plugin.spaceScaleX, scale);
-  optional(node, "y", plugin.spaceScaleY, scale);
-  optional(node, "z", plugin.spaceScaleZ, scale);
-}
-
-void readGroupModes(const Node& node, PannerPlugin& plugin) {
-  if (!node.value().is_array() || node.value().size() != 3) {
-    node.fail("expected 3 whole numbers, found " + node.value().dump());
+// Whole numbers within the range, each a multiple of the field's step.
+int readInteger(const Node& node, const GlobalField& field) {
+  const int value =
+      node.integer(static_cast<int>(field.range.low), static_cast<int>(field.range.high));
+  if (value % field.step != 0) {
+    node.fail(std::to_string(value) + " is not a multiple of " + std::to_string(field.step));
   }
-  for (std::size_t i = 0; i < 3; ++i)
-    plugin.groupKnobModes[i] = node.element(i).integer(0, kMaxGroupMode);
+  return value;
 }
 
-template <typename Record, typename Read>
-void readRecords(const Node& node, GrowableArray<Record>& records, int limit, Read read) {
+void readIntegers(const Node& node, const GlobalField& field, std::int32_t* values) {
+  if (field.count == 1) {
+    values[0] = readInteger(node, field);
+    return;
+  }
+  const auto count = static_cast<std::size_t>(field.count);
+  if (!node.value().is_array() || node.value().size() != count) {
+    node.fail("expected " + std::to_string(count) + " whole numbers, found " + node.value().dump());
+  }
+  for (std::size_t k = 0; k < count; ++k) values[k] = readInteger(node.element(k), field);
+}
+
+void readGlobalValue(const Node& node, const GlobalField& field, PannerPlugin& plugin) {
+  if (field.id == GlobalId::LayoutPreset) {
+    plugin.layoutPreset = readLayout(node);
+  } else if (field.kind == GlobalKind::Integer) {
+    readIntegers(node, field, globalIntegers(plugin, field.id));
+  } else if (field.kind == GlobalKind::OptionBits) {
+    plugin.optionFlags = readOptions(node, plugin.optionFlags);
+  } else {
+    *globalReal(plugin, field.id) = node.number(field.range);
+  }
+}
+
+// The keys of the object `outer` ("roomScale" of "roomScale.x").
+std::set<std::string> innerKeys(const std::string& outer) {
+  std::set<std::string> keys;
+  for (const GlobalField& field : kGlobalFields) {
+    const auto [first, inner] = splitKey(field.jsonKey);
+    if (first == outer && !inner.empty()) keys.insert(inner);
+  }
+  return keys;
+}
+
+void readGlobal(const Node& root, const GlobalField& field, PannerPlugin& plugin) {
+  const auto [outer, inner] = splitKey(field.jsonKey);
+  if (!root.has(outer)) return;
+  if (inner.empty()) {
+    readGlobalValue(root.member(outer), field, plugin);
+    return;
+  }
+  const Node object = root.member(outer);
+  object.expectObject(innerKeys(outer));
+  if (object.has(inner)) readGlobalValue(object.member(inner), field, plugin);
+}
+
+template <typename Record, std::size_t N>
+void readRecords(const Node& node, const RecordField<Record> (&fields)[N],
+                 GrowableArray<Record>& records, int limit) {
   if (!node.value().is_array()) node.fail("expected a list, found " + node.value().dump());
   const std::size_t count = node.value().size();
   if (count > static_cast<std::size_t>(limit)) {
@@ -296,16 +319,11 @@ void readRecords(const Node& node, GrowableArray<Record>& records, int limit, Re
   }
   records.resize(static_cast<int>(count));
   records.clearToZero();
-  for (std::size_t i = 0; i < count; ++i) read(node.element(i), records[static_cast<int>(i)]);
-}
-
-void defaultRecord(InputChannel& input) {
-  input.gain = 1.0;
-}
-
-void defaultRecord(Speaker& speaker) {
-  speaker.gain = 1.0;
-  speaker.influence = 1.0;
+  for (std::size_t i = 0; i < count; ++i) {
+    Record& record = records[static_cast<int>(i)];
+    defaultRecord(fields, record);
+    readRecord(node.element(i), fields, record);
+  }
 }
 
 void readHeader(const Node& root, PannerPlugin& plugin) {
@@ -313,18 +331,7 @@ void readHeader(const Node& root, PannerPlugin& plugin) {
     root.member("format").fail("expected \"spatiola-scene\"");
   }
   if (root.has("formatVersion")) root.member("formatVersion").integer(1, kFormatVersion);
-  optional(root, "layout", plugin.layoutPreset, readLayout);
-  optional(root, "userSpeakerCount", plugin.userSpeakerCount,
-           [](const Node& n) { return n.integer(0, kMaxSpeakers); });
-  optional(root, "inputFaderOffset", plugin.inputFaderOffset, readFaderOffset);
-  optional(root, "speakerFaderOffset", plugin.speakerFaderOffset, readFaderOffset);
-  if (root.has("groupKnobModes")) readGroupModes(root.member("groupKnobModes"), plugin);
-  if (root.has("options"))
-    plugin.optionFlags = readOptions(root.member("options"), plugin.optionFlags);
-  optional(root, "centerTrim", plugin.centerTrim,
-           [](const Node& n) { return n.number(kLevelRange); });
-  optional(root, "zoom", plugin.zoom, [](const Node& n) { return n.number(kZoomRange); });
-  if (root.has("roomScale")) readRoomScale(root.member("roomScale"), plugin);
+  for (const GlobalField& field : kGlobalFields) readGlobal(root, field, plugin);
 }
 
 }  // namespace
@@ -333,44 +340,29 @@ OrderedJson sceneToJson(const PannerPlugin& plugin) {
   OrderedJson scene;
   scene["format"] = kFormatName;
   scene["formatVersion"] = kFormatVersion;
-  scene["layout"] = layoutName(plugin.layoutPreset);
-  scene["userSpeakerCount"] = plugin.userSpeakerCount;
-  scene["inputFaderOffset"] = plugin.inputFaderOffset;
-  scene["speakerFaderOffset"] = plugin.speakerFaderOffset;
-  scene["groupKnobModes"] = {plugin.groupKnobModes[0], plugin.groupKnobModes[1],
-                             plugin.groupKnobModes[2]};
-  scene["options"] = optionsToJson(plugin.optionFlags);
-  scene["centerTrim"] = plugin.centerTrim;
-  scene["zoom"] = plugin.zoom;
-  scene["roomScale"] = {
-      {"x", plugin.spaceScaleX}, {"y", plugin.spaceScaleY}, {"z", plugin.spaceScaleZ}};
+  for (const GlobalField& field : kGlobalFields) putGlobal(scene, field, plugin);
   scene["inputs"] = OrderedJson::array();
-  for (const InputChannel& input : plugin.inputs) scene["inputs"].push_back(inputToJson(input));
+  for (const InputChannel& input : plugin.inputs) {
+    scene["inputs"].push_back(recordToJson(kInputFields, input));
+  }
   scene["speakers"] = OrderedJson::array();
-  for (const Speaker& speaker : plugin.speakers)
-    scene["speakers"].push_back(speakerToJson(speaker));
+  for (const Speaker& speaker : plugin.speakers) {
+    scene["speakers"].push_back(recordToJson(kSpeakerFields, speaker));
+  }
   return scene;
 }
 
 void sceneFromJson(const Json& scene, PannerPlugin& plugin) {
   const Node root(scene, "");
-  root.expectObject({"format", "formatVersion", "layout", "userSpeakerCount", "inputFaderOffset",
-                     "speakerFaderOffset", "groupKnobModes", "options", "centerTrim", "zoom",
-                     "roomScale", "inputs", "speakers"});
+  std::set<std::string> keys{"format", "formatVersion", "inputs", "speakers"};
+  for (const GlobalField& field : kGlobalFields) keys.insert(splitKey(field.jsonKey).first);
+  root.expectObject(keys);
   readHeader(root, plugin);
   if (root.has("inputs")) {
-    readRecords(root.member("inputs"), plugin.inputs, kMaxInputs,
-                [](const Node& n, InputChannel& input) {
-                  defaultRecord(input);
-                  readInput(n, input);
-                });
+    readRecords(root.member("inputs"), kInputFields, plugin.inputs, kMaxInputs);
   }
   if (root.has("speakers")) {
-    readRecords(root.member("speakers"), plugin.speakers, kMaxSpeakers,
-                [](const Node& n, Speaker& speaker) {
-                  defaultRecord(speaker);
-                  readSpeaker(n, speaker);
-                });
+    readRecords(root.member("speakers"), kSpeakerFields, plugin.speakers, kMaxSpeakers);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "model/counts.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "platform/host_functions.h"
