@@ -51,10 +51,12 @@ void checkModelInvariants(const PannerPlugin& plugin, bool savedRanges) {
   const int speakers = plugin.speakerCount();
   FUZZ_CHECK(inputs >= 0 && inputs <= kMaxInputs);
   FUZZ_CHECK(speakers >= 0 && speakers <= kMaxSpeakers);
-  FUZZ_CHECK(plugin.effect.numParams == parameterCountFor(inputs, speakers));
+  FUZZ_CHECK(plugin.host.effect.numParams == parameterCountFor(inputs, speakers));
   checkGlobals(plugin, savedRanges);
-  for (const InputChannel& input : plugin.inputs) checkRecord(kInputFields, input, savedRanges);
-  for (const Speaker& speaker : plugin.speakers) checkRecord(kSpeakerFields, speaker, savedRanges);
+  for (const InputChannel& input : plugin.model.inputs)
+    checkRecord(kInputFields, input, savedRanges);
+  for (const Speaker& speaker : plugin.model.speakers)
+    checkRecord(kSpeakerFields, speaker, savedRanges);
 }
 
 Bytes savedBlock(PannerPlugin& plugin) {

@@ -24,12 +24,12 @@ void ParameterReports::add(std::int32_t index, double value) {
 
 void ParameterReports::addInput(const PannerPlugin& plugin, int input, int parameter) {
   add(inputParameterIndex(input, parameter),
-      normalisedValue(fieldOfParameter(kInputFields, parameter), plugin.inputs[input]));
+      normalisedValue(fieldOfParameter(kInputFields, parameter), plugin.model.inputs[input]));
 }
 
 void ParameterReports::addSpeaker(const PannerPlugin& plugin, int speaker, int parameter) {
   add(speakerParameterIndex(plugin.inputCount(), speaker, parameter),
-      normalisedValue(fieldOfParameter(kSpeakerFields, parameter), plugin.speakers[speaker]));
+      normalisedValue(fieldOfParameter(kSpeakerFields, parameter), plugin.model.speakers[speaker]));
 }
 
 void ParameterReports::addInputPosition(const PannerPlugin& plugin, int input, bool withHeight) {
@@ -44,7 +44,7 @@ void ParameterReports::addSpeakerPosition(const PannerPlugin& plugin, int speake
 
 void ParameterReports::addSelectedInputPositions(const PannerPlugin& plugin) {
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (plugin.inputs[i].selected) addInputPosition(plugin, i, true);
+    if (plugin.model.inputs[i].selected) addInputPosition(plugin, i, true);
   }
 }
 
@@ -75,7 +75,7 @@ void notifyGroupEdit(PannerPlugin& plugin, int mode, bool endEdit) {
   {
     ModelLock lock(plugin);
     for (int i = 0; i < plugin.inputCount(); ++i) {
-      if (!plugin.inputs[i].selected) continue;
+      if (!plugin.model.inputs[i].selected) continue;
       if (mode >= kDiffusionLevelMode && mode <= kDiffusionRotateMode) {
         reports.addInput(plugin, i, diffusionParameter(mode));
       } else {

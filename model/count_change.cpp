@@ -17,15 +17,15 @@ void resetFaderOffset(std::int32_t& offset, int count) {
 }  // namespace
 
 void finishCountChange(PannerPlugin& plugin, const CountChange& change) {
-  plugin.changeFlags.fetch_or(kChangeCounts);
+  plugin.model.changeFlags.fetch_or(kChangeCounts);
   if (change.kind == CountKind::Inputs) {
-    plugin.gainRows = -1;
-    resetFaderOffset(plugin.inputFaderOffset, change.newCount);
+    plugin.model.gainRows = -1;
+    resetFaderOffset(plugin.editor.inputFaderOffset, change.newCount);
   } else {
-    plugin.gainCols = -1;
-    resetFaderOffset(plugin.speakerFaderOffset, change.newCount);
+    plugin.model.gainCols = -1;
+    resetFaderOffset(plugin.editor.speakerFaderOffset, change.newCount);
   }
-  plugin.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
+  plugin.host.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
 }
 
 void notifyCountChange(PannerPlugin& plugin, const CountChange& change) {

@@ -3,15 +3,15 @@
 const double* globalReal(const PannerPlugin& plugin, GlobalId id) {
   switch (id) {
     case GlobalId::CenterTrim:
-      return &plugin.centerTrim;
+      return &plugin.model.centerTrim;
     case GlobalId::Zoom:
-      return &plugin.zoom;
+      return &plugin.view.zoom;
     case GlobalId::SpaceScaleX:
-      return &plugin.spaceScaleX;
+      return &plugin.model.spaceScaleX;
     case GlobalId::SpaceScaleY:
-      return &plugin.spaceScaleY;
+      return &plugin.model.spaceScaleY;
     case GlobalId::SpaceScaleZ:
-      return &plugin.spaceScaleZ;
+      return &plugin.model.spaceScaleZ;
     default:
       return nullptr;
   }
@@ -20,15 +20,15 @@ const double* globalReal(const PannerPlugin& plugin, GlobalId id) {
 const std::int32_t* globalIntegers(const PannerPlugin& plugin, GlobalId id) {
   switch (id) {
     case GlobalId::LayoutPreset:
-      return &plugin.layoutPreset;
+      return &plugin.model.layoutPreset;
     case GlobalId::UserSpeakerCount:
-      return &plugin.userSpeakerCount;
+      return &plugin.model.userSpeakerCount;
     case GlobalId::InputFaderOffset:
-      return &plugin.inputFaderOffset;
+      return &plugin.editor.inputFaderOffset;
     case GlobalId::SpeakerFaderOffset:
-      return &plugin.speakerFaderOffset;
+      return &plugin.editor.speakerFaderOffset;
     case GlobalId::GroupKnobModes:
-      return plugin.groupKnobModes;
+      return plugin.editor.groupKnobModes;
     default:
       return nullptr;
   }

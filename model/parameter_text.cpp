@@ -68,7 +68,7 @@ void getParameterName(PannerPlugin& plugin, int index, char* buffer, std::size_t
       break;
     case ParameterGroup::Speaker:
       std::snprintf(buffer, length, "%.*s %s", speakerNamePrecision(length),
-                    plugin.speakers[slot.channel].name,
+                    plugin.model.speakers[slot.channel].name,
                     fieldOfParameter(kSpeakerFields, slot.field).parameterWord);
       break;
     case ParameterGroup::None:

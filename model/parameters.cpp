@@ -26,9 +26,9 @@ double normalisedValue(PannerPlugin& plugin, const ParameterSlot& slot) {
       return normalisedFrom(field.mapping, *globalReal(plugin, field.id));
     }
     case ParameterGroup::Input:
-      return normalisedValue(inputField(slot.field), plugin.inputs[slot.channel]);
+      return normalisedValue(inputField(slot.field), plugin.model.inputs[slot.channel]);
     case ParameterGroup::Speaker:
-      return normalisedValue(speakerField(slot.field), plugin.speakers[slot.channel]);
+      return normalisedValue(speakerField(slot.field), plugin.model.speakers[slot.channel]);
     default:
       return 0.0;
   }
@@ -37,7 +37,7 @@ double normalisedValue(PannerPlugin& plugin, const ParameterSlot& slot) {
 void mark(PannerPlugin& plugin, const ChangeMarks& marks, int input) {
   if (marks.rows == GainRows::Own) markInputsDirty(plugin, input);
   if (marks.rows == GainRows::All) markInputsDirty(plugin, kDirtyAllInputs);
-  plugin.changeFlags.fetch_or(marks.changeFlags);
+  plugin.model.changeFlags.fetch_or(marks.changeFlags);
 }
 
 void setGlobalParameter(PannerPlugin& plugin, int which, double v) {
@@ -64,7 +64,7 @@ PannerPlugin* instanceOf(AEffect* effect) {
 ParameterSlot locateParameter(const PannerPlugin& plugin, int index) {
   const int inputs = plugin.inputCount();
   const int speakers = plugin.speakerCount();
-  if (index < 0 || index >= plugin.effect.numParams) return {ParameterGroup::None, 0, 0};
+  if (index < 0 || index >= plugin.host.effect.numParams) return {ParameterGroup::None, 0, 0};
   if (index < kGlobalParameterCount) return {ParameterGroup::Global, index, 0};
   const int inInputs = index - kGlobalParameterCount;
   if (inInputs < kParametersPerInput * inputs) {
@@ -89,7 +89,7 @@ float getParameterValue(PannerPlugin& plugin, int index) {
 // outside the list is ignored. The state block reader follows the same rule for saved values
 // (plugin/state_chunk.cpp); display requests show a non-finite value as the current one.
 void setParameterValue(PannerPlugin& plugin, int index, float value) {
-  if (!std::isfinite(value) || plugin.pendingArrangement.load() != 0) return;
+  if (!std::isfinite(value) || plugin.host.pendingArrangement.load() != 0) return;
   const double v = std::fmin(1.0, std::fmax(0.0, static_cast<double>(value)));
   ModelLock lock(plugin);
   const ParameterSlot slot = locateParameter(plugin, index);
@@ -98,11 +98,11 @@ void setParameterValue(PannerPlugin& plugin, int index, float value) {
       setGlobalParameter(plugin, slot.channel, v);
       break;
     case ParameterGroup::Input:
-      setRecordParameter(plugin, inputField(slot.field), plugin.inputs[slot.channel], slot.channel,
-                         v);
+      setRecordParameter(plugin, inputField(slot.field), plugin.model.inputs[slot.channel],
+                         slot.channel, v);
       break;
     case ParameterGroup::Speaker:
-      setRecordParameter(plugin, speakerField(slot.field), plugin.speakers[slot.channel],
+      setRecordParameter(plugin, speakerField(slot.field), plugin.model.speakers[slot.channel],
                          slot.channel, v);
       break;
     case ParameterGroup::None:

@@ -39,7 +39,8 @@ void copyName(void* ptr, const char* text) {
 }
 
 VstIntPtr openEditor(PannerPlugin& plugin, void* parent) {
-  if (plugin.editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin.editorWindow);
+  if (plugin.host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin.host.editorWindow);
   const DLGPROC procedure = editorDialogProcedure();
   if (procedure == nullptr) return 0;
   const HWND window =
@@ -50,10 +51,10 @@ VstIntPtr openEditor(PannerPlugin& plugin, void* parent) {
 
 VstIntPtr editorRectangle(PannerPlugin& plugin, void* ptr) {
   if (ptr == nullptr) return 0;
-  ERect& rect = plugin.editorRect;
+  ERect& rect = plugin.host.editorRect;
   RECT client{};
-  if (plugin.editorWindow != nullptr &&
-      plaskCall<PlaskId::GetClientRect>(plugin.editorWindow, &client)) {
+  if (plugin.host.editorWindow != nullptr &&
+      plaskCall<PlaskId::GetClientRect>(plugin.host.editorWindow, &client)) {
     rect = ERect{static_cast<short>(client.top), static_cast<short>(client.left),
                  static_cast<short>(client.bottom), static_cast<short>(client.right)};
   } else {
@@ -165,7 +166,8 @@ VstIntPtr emptyLabel(void* ptr) {
 }
 
 VstIntPtr closeEditor(PannerPlugin& plugin) {
-  if (plugin.editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin.editorWindow);
+  if (plugin.host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin.host.editorWindow);
   return 0;
 }
 

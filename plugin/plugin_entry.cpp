@@ -34,7 +34,7 @@ std::int32_t queryTrackChannels(audioMasterCallback callback) {
 }
 
 void fillEffect(PannerPlugin& plugin, std::int32_t channels) {
-  AEffect& effect = plugin.effect;
+  AEffect& effect = plugin.host.effect;
   effect = AEffect{};
   effect.magic = kEffectMagic;
   effect.dispatcher = &dispatcher;
@@ -55,8 +55,8 @@ void fillEffect(PannerPlugin& plugin, std::int32_t channels) {
 }
 
 void clearMeters(PannerPlugin& plugin) {
-  for (auto& peak : plugin.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
-  for (auto& peak : plugin.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
 }
 
 void registerFirstInstance() {
@@ -77,7 +77,7 @@ void unregisterLastInstance() {
 PannerPlugin* newInstance() {
   auto* plugin = new (std::nothrow) PannerPlugin;
   if (plugin == nullptr) return nullptr;
-  if (!plugin->mutexReady || !createMixEngine(*plugin)) {
+  if (!plugin->host.mutexReady || !createMixEngine(*plugin)) {
     delete plugin;
     return nullptr;
   }
@@ -96,23 +96,24 @@ AEffect* createInstance(audioMasterCallback callback) {
   setInputCount(*plugin, channels);
   applyDefaultLayout(*plugin, channels);
   clearMeters(*plugin);
-  plugin->gainRows = -1;
-  plugin->gainCols = -1;
+  plugin->model.gainRows = -1;
+  plugin->model.gainCols = -1;
   registerFirstInstance();
-  return &plugin->effect;
+  return &plugin->host.effect;
 }
 
 }  // namespace
 
 void destroyInstance(PannerPlugin* plugin) {
-  if (plugin->editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin->editorWindow);
+  if (plugin->host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin->host.editorWindow);
   unregisterLastInstance();
   ModelLock lock(*plugin);
-  plugin->inputs.release();
-  plugin->speakers.release();
-  plugin->targetGains.release();
-  plugin->appliedGains.release();
-  plugin->gainSteps.release();
+  plugin->model.inputs.release();
+  plugin->model.speakers.release();
+  plugin->mix.targetGains.release();
+  plugin->mix.appliedGains.release();
+  plugin->mix.gainSteps.release();
   destroyMixEngine(*plugin);
 }
 

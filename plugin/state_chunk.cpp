@@ -60,7 +60,7 @@ void readGlobal(StateReader& reader, const GlobalField& field, PannerPlugin& plu
       break;
     case GlobalKind::OptionBits:
       if (std::int32_t options = 0; reader.readInt(options)) {
-        plugin.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
+        plugin.model.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
       }
       break;
   }
@@ -77,7 +77,7 @@ void resetGlobal(const GlobalField& field, PannerPlugin& plugin) {
                   static_cast<std::int32_t>(field.range.fallback));
       break;
     case GlobalKind::OptionBits:
-      plugin.optionFlags = static_cast<std::uint32_t>(field.range.fallback);
+      plugin.model.optionFlags = static_cast<std::uint32_t>(field.range.fallback);
       break;
   }
 }
@@ -148,27 +148,27 @@ bool nothingLeftToFind(const StateReader& reader, std::int32_t record, int kept)
 
 void readInputs(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                 std::int32_t count) {
-  const bool keep = plugin.lockInputs == 0;
+  const bool keep = plugin.editor.lockInputs == 0;
   if (keep) {
-    plugin.inputs.resize(keptCount(count));
-    plugin.inputs.clearToZero();
+    plugin.model.inputs.resize(keptCount(count));
+    plugin.model.inputs.clearToZero();
   }
   const int kept = keep ? plugin.inputCount() : 0;
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     InputChannel scratch{};
     if (!readRecord(reader, version, kInputFields, scratch)) return;
-    if (i < kept) plugin.inputs[i] = scratch;
+    if (i < kept) plugin.model.inputs[i] = scratch;
   }
 }
 
 void readSpeakers(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                   std::int32_t count) {
-  plugin.speakers.resize(keptCount(count));
-  plugin.speakers.clearToZero();
+  plugin.model.speakers.resize(keptCount(count));
+  plugin.model.speakers.clearToZero();
   const int kept = plugin.speakerCount();
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     Speaker dropped{};
-    Speaker& speaker = i < kept ? plugin.speakers[i] : dropped;
+    Speaker& speaker = i < kept ? plugin.model.speakers[i] : dropped;
     if (!readRecord(reader, version, kSpeakerFields, speaker)) {
       speaker.name[0] = '\0';
       return;
@@ -177,15 +177,15 @@ void readSpeakers(StateReader& reader, std::int32_t version, PannerPlugin& plugi
 }
 
 void finishLoading(PannerPlugin& plugin) {
-  for (auto& peak : plugin.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
-  for (auto& peak : plugin.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
-  plugin.gainRows = -1;
-  plugin.gainCols = -1;
-  plugin.changeFlags.fetch_or(kChangeAll);
-  plugin.effect.numInputs = plugin.inputCount();
-  plugin.effect.numOutputs = plugin.speakerCount();
-  plugin.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
-  plugin.stateLoaded.store(true);
+  for (auto& peak : plugin.mix.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
+  plugin.model.gainRows = -1;
+  plugin.model.gainCols = -1;
+  plugin.model.changeFlags.fetch_or(kChangeAll);
+  plugin.host.effect.numInputs = plugin.inputCount();
+  plugin.host.effect.numOutputs = plugin.speakerCount();
+  plugin.host.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
+  plugin.host.stateLoaded.store(true);
 }
 
 void writeName(StateWriter& writer, const char* name) {
@@ -199,7 +199,7 @@ void writeHeader(StateWriter& writer, const PannerPlugin& plugin) {
   for (const GlobalField& field : kGlobalFields) {
     if (field.kind == GlobalKind::Real) writer.writeDouble(*globalReal(plugin, field.id));
     if (field.kind == GlobalKind::OptionBits) {
-      writer.writeInt(static_cast<std::int32_t>(plugin.optionFlags));
+      writer.writeInt(static_cast<std::int32_t>(plugin.model.optionFlags));
     }
     if (field.kind == GlobalKind::Integer) {
       const std::int32_t* values = globalIntegers(plugin, field.id);
@@ -227,12 +227,12 @@ void writeRecord(StateWriter& writer, const RecordField<Record> (&fields)[N],
 
 std::int32_t writeStateChunk(PannerPlugin& plugin, void** data) {
   ModelLock lock(plugin);
-  StateWriter writer(plugin.stateChunkBuffer);
+  StateWriter writer(plugin.host.stateChunkBuffer);
   writeHeader(writer, plugin);
-  for (const InputChannel& input : plugin.inputs) writeRecord(writer, kInputFields, input);
-  for (const Speaker& speaker : plugin.speakers) writeRecord(writer, kSpeakerFields, speaker);
-  if (data != nullptr) *data = plugin.stateChunkBuffer.data();
-  return plugin.stateChunkBuffer.size();
+  for (const InputChannel& input : plugin.model.inputs) writeRecord(writer, kInputFields, input);
+  for (const Speaker& speaker : plugin.model.speakers) writeRecord(writer, kSpeakerFields, speaker);
+  if (data != nullptr) *data = plugin.host.stateChunkBuffer.data();
+  return plugin.host.stateChunkBuffer.size();
 }
 
 void readStateChunk(PannerPlugin& plugin, const void* data, std::int32_t length) {

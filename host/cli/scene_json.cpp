@@ -91,11 +91,11 @@ OrderedJson integersToJson(const GlobalField& field, const std::int32_t* values)
 void putGlobal(OrderedJson& scene, const GlobalField& field, const PannerPlugin& plugin) {
   OrderedJson& slot = slotOf(scene, field.jsonKey);
   if (field.id == GlobalId::LayoutPreset) {
-    slot = layoutName(plugin.layoutPreset);
+    slot = layoutName(plugin.model.layoutPreset);
   } else if (field.kind == GlobalKind::Integer) {
     slot = integersToJson(field, globalIntegers(plugin, field.id));
   } else if (field.kind == GlobalKind::OptionBits) {
-    slot = optionsToJson(plugin.optionFlags);
+    slot = optionsToJson(plugin.model.optionFlags);
   } else {
     slot = *globalReal(plugin, field.id);
   }
@@ -277,11 +277,11 @@ void readIntegers(const Node& node, const GlobalField& field, std::int32_t* valu
 
 void readGlobalValue(const Node& node, const GlobalField& field, PannerPlugin& plugin) {
   if (field.id == GlobalId::LayoutPreset) {
-    plugin.layoutPreset = readLayout(node);
+    plugin.model.layoutPreset = readLayout(node);
   } else if (field.kind == GlobalKind::Integer) {
     readIntegers(node, field, globalIntegers(plugin, field.id));
   } else if (field.kind == GlobalKind::OptionBits) {
-    plugin.optionFlags = readOptions(node, plugin.optionFlags);
+    plugin.model.optionFlags = readOptions(node, plugin.model.optionFlags);
   } else {
     *globalReal(plugin, field.id) = node.number(field.range);
   }
@@ -342,11 +342,11 @@ OrderedJson sceneToJson(const PannerPlugin& plugin) {
   scene["formatVersion"] = kFormatVersion;
   for (const GlobalField& field : kGlobalFields) putGlobal(scene, field, plugin);
   scene["inputs"] = OrderedJson::array();
-  for (const InputChannel& input : plugin.inputs) {
+  for (const InputChannel& input : plugin.model.inputs) {
     scene["inputs"].push_back(recordToJson(kInputFields, input));
   }
   scene["speakers"] = OrderedJson::array();
-  for (const Speaker& speaker : plugin.speakers) {
+  for (const Speaker& speaker : plugin.model.speakers) {
     scene["speakers"].push_back(recordToJson(kSpeakerFields, speaker));
   }
   return scene;
@@ -359,10 +359,10 @@ void sceneFromJson(const Json& scene, PannerPlugin& plugin) {
   root.expectObject(keys);
   readHeader(root, plugin);
   if (root.has("inputs")) {
-    readRecords(root.member("inputs"), kInputFields, plugin.inputs, kMaxInputs);
+    readRecords(root.member("inputs"), kInputFields, plugin.model.inputs, kMaxInputs);
   }
   if (root.has("speakers")) {
-    readRecords(root.member("speakers"), kSpeakerFields, plugin.speakers, kMaxSpeakers);
+    readRecords(root.member("speakers"), kSpeakerFields, plugin.model.speakers, kMaxSpeakers);
   }
 }
 

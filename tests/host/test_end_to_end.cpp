@@ -178,7 +178,7 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   PannerPlugin plugin;
   setInputCount(plugin, 4);
   applyLayoutPreset(plugin, kLayoutSurround51);
-  plugin.inputs[2].x = 0.3141592653589793;
+  plugin.model.inputs[2].x = 0.3141592653589793;
   void* data = nullptr;
   const std::int32_t length = writeStateChunk(plugin, &data);
   const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));

@@ -28,31 +28,31 @@ std::string importError(const std::string& json) {
 void buildBusyScene(PannerPlugin& plugin) {
   setInputCount(plugin, 3);
   applyLayoutPreset(plugin, kLayoutSurround71);
-  plugin.inputs[1].gain = 0.123456789012345678;
-  plugin.inputs[1].lfeSend = 3.999;
-  plugin.inputs[1].x = -0.7071067811865476;
-  plugin.inputs[1].z = 4.8;
-  plugin.inputs[1].diffuse = 1.0 / 3.0;
-  plugin.inputs[1].diffuseBias = -1.0;
-  plugin.inputs[1].diffuseAngle = -0.25;
-  plugin.inputs[1].mute = 1;
-  plugin.inputs[2].solo = 1;
-  plugin.inputs[2].selected = 1;
-  plugin.inputs[2].reverse = 1;
-  std::memset(plugin.inputs[0].name, 'n', 63);
-  std::strcpy(plugin.inputs[2].name, "caf\xe9 \xff");  // Latin-1: not UTF-8
-  std::strcpy(plugin.speakers[3].name, "Tiefton \xc3\xa4");
-  plugin.speakers[2].influence = 1.875;
-  plugin.speakers[4].mute = 1;
-  plugin.speakers[5].solo = 1;
-  plugin.centerTrim = 2.5;
-  plugin.zoom = 0.3;
-  plugin.spaceScaleX = 2e-6;
-  plugin.spaceScaleZ = 1.5;
-  plugin.optionFlags = 0x20000 | 0x0100 | 0x01;
-  plugin.groupKnobModes[2] = 73;
-  plugin.inputFaderOffset = 8;
-  plugin.userSpeakerCount = 12;
+  plugin.model.inputs[1].gain = 0.123456789012345678;
+  plugin.model.inputs[1].lfeSend = 3.999;
+  plugin.model.inputs[1].x = -0.7071067811865476;
+  plugin.model.inputs[1].z = 4.8;
+  plugin.model.inputs[1].diffuse = 1.0 / 3.0;
+  plugin.model.inputs[1].diffuseBias = -1.0;
+  plugin.model.inputs[1].diffuseAngle = -0.25;
+  plugin.model.inputs[1].mute = 1;
+  plugin.model.inputs[2].solo = 1;
+  plugin.model.inputs[2].selected = 1;
+  plugin.model.inputs[2].reverse = 1;
+  std::memset(plugin.model.inputs[0].name, 'n', 63);
+  std::strcpy(plugin.model.inputs[2].name, "caf\xe9 \xff");  // Latin-1: not UTF-8
+  std::strcpy(plugin.model.speakers[3].name, "Tiefton \xc3\xa4");
+  plugin.model.speakers[2].influence = 1.875;
+  plugin.model.speakers[4].mute = 1;
+  plugin.model.speakers[5].solo = 1;
+  plugin.model.centerTrim = 2.5;
+  plugin.view.zoom = 0.3;
+  plugin.model.spaceScaleX = 2e-6;
+  plugin.model.spaceScaleZ = 1.5;
+  plugin.model.optionFlags = 0x20000 | 0x0100 | 0x01;
+  plugin.editor.groupKnobModes[2] = 73;
+  plugin.editor.inputFaderOffset = 8;
+  plugin.model.userSpeakerCount = 12;
 }
 
 }  // namespace
@@ -96,9 +96,9 @@ TEST(SceneJson, ExportIsReadableAndImportFillsInDefaults) {
   PannerPlugin fresh;
   readStateChunk(fresh, block.data(), static_cast<std::int32_t>(block.size()));
   ASSERT_EQ(std::pair(fresh.speakerCount(), fresh.inputCount()), std::pair(1, 1));
-  EXPECT_EQ(
-      (std::array{fresh.speakers[0].x, fresh.speakers[0].gain, fresh.inputs[0].gain, fresh.zoom}),
-      (std::array{-1.0, 1.0, 1.0, 0.48}));
+  EXPECT_EQ((std::array{fresh.model.speakers[0].x, fresh.model.speakers[0].gain,
+                        fresh.model.inputs[0].gain, fresh.view.zoom}),
+            (std::array{-1.0, 1.0, 1.0, 0.48}));
 }
 
 // Representative limits of each kind; the plug-in's own loader pins every field's range.

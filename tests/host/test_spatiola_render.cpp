@@ -21,11 +21,11 @@ std::vector<double> gainsOf(const std::string& state, int& speakers) {
   PannerPlugin model;
   readStateChunk(model, state.data(), static_cast<std::int32_t>(state.size()));
   speakers = model.speakerCount();
-  model.targetGains.resize(model.inputCount() * speakers);
-  model.gainRows = model.inputCount();
-  model.gainCols = speakers;
+  model.mix.targetGains.resize(model.inputCount() * speakers);
+  model.model.gainRows = model.inputCount();
+  model.model.gainCols = speakers;
   for (int i = 0; i < model.inputCount(); ++i) computeInputGains(model, i);
-  return {model.targetGains.begin(), model.targetGains.end()};
+  return {model.mix.targetGains.begin(), model.mix.targetGains.end()};
 }
 
 class SpatiolaRender : public CommandTest {
