@@ -12,7 +12,7 @@
 #include "editor/view/shared_drawing.h"
 #include "editor/view/space_projection.h"
 #include "editor/view/space_render.h"
-#include "host/graphics/graphics_lookup.h"
+#include "host/services/graphics_table.h"
 #include "model/counts.h"
 #include "plugin/editor_link.h"
 #include "plugin/host_api.h"
