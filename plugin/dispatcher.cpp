@@ -6,6 +6,7 @@
 #include "model/host_link.h"
 #include "model/parameters.h"
 #include "platform/host_functions.h"
+#include "platform/spatiola_identity.h"
 #include "plugin/channel_arrangement.h"
 #include "plugin/editor_link.h"
 #include "plugin/host_api.h"
@@ -190,13 +191,13 @@ bool answerWithoutInstance(AEffect* effect, std::int32_t opcode, void* ptr, VstI
       result = kPlugCategEffect;
       return true;
     case effGetEffectName:
-      result = copyText(ptr, "Spatiola");
+      result = copyText(ptr, kSpatiolaEffectName);
       return true;
     case effGetVendorString:
-      result = copyText(ptr, "Tolvek");
+      result = copyText(ptr, kSpatiolaVendor);
       return true;
     case effGetProductString:
-      result = copyText(ptr, "Spatiola");
+      result = copyText(ptr, kSpatiolaProductName);
       return true;
     case effCanDo:
       result = canDo(ptr);

@@ -9,6 +9,7 @@
 #include "model/layouts.h"
 #include "model/parameters.h"
 #include "platform/host_functions.h"
+#include "platform/spatiola_identity.h"
 #include "plugin/editor_link.h"
 #include "plugin/exports.h"
 #include "plugin/host_api.h"
@@ -22,7 +23,6 @@ constexpr std::int32_t kDefaultChannels = 2;
 constexpr std::int32_t kMaxHostChannels = 63;
 constexpr std::int32_t kEffectFlags =
     effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks | effFlagsCanDoubleReplacing;
-constexpr std::int32_t kPluginVersion = 1100;
 
 // The track's channel count as the host reports it; anything outside 1..63 means stereo.
 std::int32_t queryTrackChannels(audioMasterCallback callback) {
@@ -48,8 +48,8 @@ void fillEffect(PannerPlugin& plugin, std::int32_t channels) {
   effect.flags = kEffectFlags;
   effect.ioRatio = 1.0f;
   effect.object = &plugin;
-  effect.uniqueID = fourCharCode('p', 'k', 'o', 'w');
-  effect.version = kPluginVersion;
+  effect.uniqueID = kSpatiolaUniqueId;
+  effect.version = kSpatiolaVersion;
   effect.processReplacing = &processReplacing;
   effect.processDoubleReplacing = &processDoubleReplacing;
 }

@@ -6,13 +6,15 @@
 
 #include <cstdint>
 
+#include "platform/spatiola_identity.h"
 #include "platform/vst2.h"
 
 class PluginInstance;
 
 constexpr std::int32_t kHostVstVersion = 2400;
-constexpr std::int32_t kHostVendorVersion = 1100;
-constexpr const char* kHostVendorString = "Tolvek";
+// The host comes with the plug-in: same vendor, same version.
+constexpr std::int32_t kHostVendorVersion = kSpatiolaVersion;
+constexpr const char* kHostVendorString = kSpatiolaVendor;
 constexpr const char* kHostProductString = "Spatiola Host";
 
 VstIntPtr hostCallbackEntry(AEffect* effect, std::int32_t opcode, std::int32_t index,

@@ -6,14 +6,15 @@
 #include "host/runtime/plugin_instance.h"
 #include "host/spatiola/spatiola_layout.h"
 #include "model/field_table.h"
+#include "platform/spatiola_identity.h"
 
 namespace {
 
-constexpr std::int32_t kSpatiolaId = fourCharCode('p', 'k', 'o', 'w');
-
 class SpatiolaExtension final : public PluginExtension {
  public:
-  bool recognises(const AEffect& effect) const override { return effect.uniqueID == kSpatiolaId; }
+  bool recognises(const AEffect& effect) const override {
+    return effect.uniqueID == kSpatiolaUniqueId;
+  }
 
   void applyLayout(PluginInstance& instance, const std::string& layout) const override {
     applySpatiolaLayout(instance, layout);
