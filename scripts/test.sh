@@ -13,6 +13,7 @@ run_preset() {
 }
 
 scripts/lint.sh --format-only
+scripts/lint.sh --layers
 run_preset default
 run_preset x86
 run_preset asan
