@@ -91,9 +91,11 @@ class PluginInstance {
   bool wantsIdle() const { return wantsIdle_; }
 
   const std::vector<HostEvent>& events() const { return events_; }
-  void clearEvents() { events_.clear(); }
 
-  // [any thread] The answer to one callback request of this instance's plug-in.
+  // [the instance's thread] The answer to one callback request of this instance's plug-in, which
+  // calls back inside dispatch, process and idle; the commands make all of those on one thread.
+  // The event record and the channel counts take no lock: requests from other threads are not
+  // supported.
   VstIntPtr answer(std::int32_t opcode, std::int32_t index, VstIntPtr value, void* ptr, float opt);
 
  private:

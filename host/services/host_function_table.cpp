@@ -91,12 +91,6 @@ void* ownHostFunction(const std::string& name) {
   return nullptr;
 }
 
-const std::array<const char*, kHostFunctionCount> kHostFunctionNames = {
-#define HOST_FUNCTION_NAME(name, type) #name,
-    HOST_FUNCTION_LIST(HOST_FUNCTION_NAME)
-#undef HOST_FUNCTION_NAME
-};
-
 }  // namespace
 
 void* findHostFunction(const char* name) {
@@ -109,7 +103,8 @@ const HostFunctionInfo* hostFunctionTable() {
   static const auto table = [] {
     std::array<HostFunctionInfo, kHostFunctionCount> entries{};
     for (std::size_t i = 0; i < entries.size(); ++i) {
-      entries[i] = {kHostFunctionNames[i], findHostFunction(kHostFunctionNames[i]) != nullptr};
+      const char* name = kHostFunctionNames[i].data();  // the literals end with a zero
+      entries[i] = {name, findHostFunction(name) != nullptr};
     }
     return entries;
   }();
