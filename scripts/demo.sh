@@ -8,7 +8,7 @@ scripts/deps.sh
 # progress goes to standard error, the demo's report to standard output.
 if [ ! -x build/spatiola ] || [ ! -f build/spatiola.so ]; then
   echo "Building the plug-in and the spatiola command in build/; a first build takes about" \
-    "MINUTES minutes on 2 cores." >&2
+    "4 minutes on 2 cores." >&2
 fi
 scripts/build.sh default spatiola spatiola_command >&2
 exec build/spatiola demo --dir build/demo "$@"
