@@ -14,6 +14,7 @@ ln -s "$(command -v bash)" "$scratch/qemu/bash"
 printf '#!/bin/sh\nexit 32\n' >"$scratch/starts"
 printf '#!/bin/sh\nexit 126\n' >"$scratch/refused"
 printf '#!/bin/sh\necho "ran $*"\nexit 3\n' >"$scratch/program"
+# shellcheck disable=SC2016 # expanded by the stand-in, not here
 printf '#!/bin/sh\necho "qemu-i386 ${1##*/}"\nexec "$@"\n' >"$scratch/qemu/qemu-i386"
 chmod +x "$scratch/starts" "$scratch/refused" "$scratch/program" "$scratch/qemu/qemu-i386"
 
