@@ -23,14 +23,14 @@ class Rig {
  public:
   explicit Rig(double level, double decayPerFrame) : plugin_(std::make_unique<PannerPlugin>()) {
     PannerPlugin& p = *plugin_;
-    p.effect.object = &p;
+    p.host.effect.object = &p;
     setInputCount(p, kChannels);
     setSpeakerCount(p, kChannels);
-    p.effect.numInputs = kChannels;
-    p.effect.numOutputs = kChannels;
+    p.host.effect.numInputs = kChannels;
+    p.host.effect.numOutputs = kChannels;
     for (int i = 0; i < kChannels; ++i) {
-      p.inputs[i].x = p.speakers[i].x;
-      p.inputs[i].y = p.speakers[i].y;
+      p.model.inputs[i].x = p.model.speakers[i].x;
+      p.model.inputs[i].y = p.model.speakers[i].y;
     }
     createMixEngine(p);
     fill(level, decayPerFrame);
@@ -41,11 +41,11 @@ class Rig {
   Rig& operator=(const Rig&) = delete;
 
   PannerPlugin& plugin() { return *plugin_; }
-  void block() { processDoubleReplacing(&plugin_->effect, inputs_, outputs_, kFrames); }
+  void block() { processDoubleReplacing(&plugin_->host.effect, inputs_, outputs_, kFrames); }
 
   // Every input's gain toward `gain`: the next block glides there.
   void glideTo(double gain) {
-    for (InputChannel& input : plugin_->inputs) input.gain = gain;
+    for (InputChannel& input : plugin_->model.inputs) input.gain = gain;
     markInputsDirty(*plugin_, -1);
   }
 

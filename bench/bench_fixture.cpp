@@ -75,15 +75,15 @@ PackedPlan::PackedPlan(MixBuffers& buffers, const MixKernels& kernels, bool ramp
 
 std::unique_ptr<PannerPlugin> makeBenchInstance(int inputs, int outputs) {
   auto plugin = std::make_unique<PannerPlugin>();
-  plugin->effect.object = plugin.get();
+  plugin->host.effect.object = plugin.get();
   setInputCount(*plugin, inputs);
   setSpeakerCount(*plugin, outputs);
-  plugin->effect.numInputs = inputs;
-  plugin->effect.numOutputs = outputs;
+  plugin->host.effect.numInputs = inputs;
+  plugin->host.effect.numOutputs = outputs;
   createMixEngine(*plugin);
   MixBuffers settle(Shape{inputs, outputs, 1});
-  processDoubleReplacing(&plugin->effect, const_cast<double**>(settle.in.data()), settle.out.data(),
-                         1);
+  processDoubleReplacing(&plugin->host.effect, const_cast<double**>(settle.in.data()),
+                         settle.out.data(), 1);
   return plugin;
 }
 

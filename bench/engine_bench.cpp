@@ -63,7 +63,7 @@ void wholeBlock(benchmark::State& state, Shape shape) {
   MixBuffers buffers(shape);
   auto** in = const_cast<double**>(buffers.in.data());
   for (auto _ : state) {
-    processDoubleReplacing(&plugin->effect, in, buffers.out.data(), shape.frames);
+    processDoubleReplacing(&plugin->host.effect, in, buffers.out.data(), shape.frames);
     benchmark::ClobberMemory();
   }
   countMultiplyAdds(state, shape);
@@ -74,9 +74,9 @@ void wholeBlock(benchmark::State& state, Shape shape) {
 void gainLaw(benchmark::State& state) {
   auto plugin = makeBenchInstance(64, 64);
   for (int i = 0; i < 64; ++i) {
-    plugin->inputs[i].diffuse = 0.1 + 0.01 * i;
-    plugin->inputs[i].diffuseBias = 0.5 - 0.015 * i;
-    plugin->inputs[i].diffuseAngle = 0.03 * i - 0.9;
+    plugin->model.inputs[i].diffuse = 0.1 + 0.01 * i;
+    plugin->model.inputs[i].diffuseBias = 0.5 - 0.015 * i;
+    plugin->model.inputs[i].diffuseAngle = 0.03 * i - 0.9;
   }
   for (auto _ : state) {
     for (int i = 0; i < 64; ++i) computeInputGains(*plugin, i);

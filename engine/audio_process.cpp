@@ -11,7 +11,7 @@
 
 namespace {
 
-// What a block uses, captured under modelMutex; nothing else of the model is touched outside it.
+// What a block uses of the model, captured under modelMutex: the mix touches nothing else of it.
 struct BlockCapture {
   int inputs = 0;   // min(inputCount, numInputs before the block)
   int outputs = 0;  // min(speakerCount, numOutputs before the block)
@@ -31,23 +31,24 @@ PannerPlugin* instanceOf(AEffect* effect) {
 }
 
 bool resizeMatrices(PannerPlugin& plugin) {
-  if (plugin.gainRows == plugin.inputCount() && plugin.gainCols == plugin.speakerCount())
+  if (plugin.model.gainRows == plugin.inputCount() &&
+      plugin.model.gainCols == plugin.speakerCount())
     return false;
   const int cells = plugin.inputCount() * plugin.speakerCount();
-  if (!plugin.appliedGains.resize(cells) || !plugin.targetGains.resize(cells) ||
-      !plugin.gainSteps.resize(cells)) {
+  if (!plugin.mix.appliedGains.resize(cells) || !plugin.mix.targetGains.resize(cells) ||
+      !plugin.mix.gainSteps.resize(cells)) {
     return false;  // keep the old size; the next block tries again
   }
-  plugin.gainRows = plugin.inputCount();
-  plugin.gainCols = plugin.speakerCount();
-  plugin.appliedGains.clearToZero();
-  plugin.dirtyInputs = ~std::uint64_t{0};
+  plugin.model.gainRows = plugin.inputCount();
+  plugin.model.gainCols = plugin.speakerCount();
+  plugin.mix.appliedGains.clearToZero();
+  plugin.model.dirtyInputs = ~std::uint64_t{0};
   return true;
 }
 
 void recomputeDirtyRows(PannerPlugin& plugin) {
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if ((plugin.dirtyInputs >> i) & 1) computeInputGains(plugin, i);
+    if ((plugin.model.dirtyInputs >> i) & 1) computeInputGains(plugin, i);
   }
 }
 
@@ -66,50 +67,52 @@ std::uint64_t audibleMask(const GrowableArray<Channel>& channels) {
 
 void prepareRamp(PannerPlugin& plugin, MixEngine& engine, bool resized, int frames,
                  BlockCapture& block) {
-  if (plugin.dirtyInputs == 0) return;
-  const int cells = plugin.gainRows * plugin.gainCols;
-  double* applied = plugin.appliedGains.data();
-  const double* target = plugin.targetGains.data();
+  if (plugin.model.dirtyInputs == 0) return;
+  const int cells = plugin.model.gainRows * plugin.model.gainCols;
+  double* applied = plugin.mix.appliedGains.data();
+  const double* target = plugin.mix.targetGains.data();
   if (resized) {
     std::copy(target, target + cells, applied);  // a re-sized matrix starts without a ramp
     ++engine.gainsGeneration;
   } else {
     block.rampPrepared = true;
     block.rampActive = frames >= 1;
-    double* steps = plugin.gainSteps.data();
+    double* steps = plugin.mix.gainSteps.data();
     if (block.rampActive) {
       for (int k = 0; k < cells; ++k) steps[k] = (target[k] - applied[k]) / frames;
     }
   }
-  plugin.dirtyInputs = 0;
+  plugin.model.dirtyInputs = 0;
 }
 
 void captureMeters(const PannerPlugin& plugin, BlockCapture& block) {
-  block.inputFaderOffset = plugin.inputFaderOffset;
-  block.speakerFaderOffset = plugin.speakerFaderOffset;
+  block.inputFaderOffset = plugin.editor.inputFaderOffset;
+  block.speakerFaderOffset = plugin.editor.speakerFaderOffset;
   for (int j = 0; j < kMeterSlots; ++j) {
-    const int i = plugin.inputFaderOffset + j;
-    block.meterGains[j] = i >= 0 && i < plugin.inputCount() ? plugin.inputs[i].gain : 1.0;
+    const int i = plugin.editor.inputFaderOffset + j;
+    block.meterGains[j] = i >= 0 && i < plugin.inputCount() ? plugin.model.inputs[i].gain : 1.0;
   }
 }
 
-// Steps 1-7 of the block, under modelMutex: bookkeeping and the gain law only.
+// Under modelMutex: re-sizes the matrices, recomputes the dirty rows, prepares the ramp and
+// captures what the mix needs of the model. Bookkeeping and the gain law only.
 void captureBlock(PannerPlugin& plugin, MixEngine& engine, int frames, BlockCapture& block) {
   const bool resized = resizeMatrices(plugin);
-  if (plugin.gainRows != plugin.inputCount() || plugin.gainCols != plugin.speakerCount()) {
+  if (plugin.model.gainRows != plugin.inputCount() ||
+      plugin.model.gainCols != plugin.speakerCount()) {
     return;  // no memory for the matrices: this block stays silent
   }
   recomputeDirtyRows(plugin);
   captureMeters(plugin, block);
-  block.inputAudible = audibleMask(plugin.inputs);
-  block.speakerAudible = audibleMask(plugin.speakers);
+  block.inputAudible = audibleMask(plugin.model.inputs);
+  block.speakerAudible = audibleMask(plugin.model.speakers);
   prepareRamp(plugin, engine, resized, frames, block);
-  block.columns = plugin.gainCols;
-  block.cells = plugin.gainRows * plugin.gainCols;
-  block.inputs = std::min(plugin.inputCount(), plugin.effect.numInputs);
-  block.outputs = std::min(plugin.speakerCount(), plugin.effect.numOutputs);
-  plugin.effect.numInputs = plugin.inputCount();
-  plugin.effect.numOutputs = plugin.speakerCount();
+  block.columns = plugin.model.gainCols;
+  block.cells = plugin.model.gainRows * plugin.model.gainCols;
+  block.inputs = std::min(plugin.inputCount(), plugin.host.effect.numInputs);
+  block.outputs = std::min(plugin.speakerCount(), plugin.host.effect.numOutputs);
+  plugin.host.effect.numInputs = plugin.inputCount();
+  plugin.host.effect.numOutputs = plugin.speakerCount();
 }
 
 bool isSet(std::uint64_t mask, int bit) {
@@ -117,7 +120,7 @@ bool isSet(std::uint64_t mask, int bit) {
 }
 
 // Packs the audible pairs' gains in tiles of the kernel's width; reused while nothing changed.
-void packGains(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& block, int tileWidth) {
+void packGains(const MixState& mix, MixEngine& engine, const BlockCapture& block, int tileWidth) {
   MixPlan& plan = engine.plan;
   const std::uint64_t inputs =
       block.inputAudible & (block.inputs >= 64 ? ~0ull : (1ull << block.inputs) - 1);
@@ -138,8 +141,8 @@ void packGains(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& bloc
     if (isSet(speakers, s)) engine.speakerOfOutput[plan.outputCount++] = s;
   }
   plan.tileWidth = tileWidth;
-  const double* applied = plugin.appliedGains.data();
-  const double* steps = plugin.gainSteps.data();
+  const double* applied = mix.appliedGains.data();
+  const double* steps = mix.gainSteps.data();
   for (int first = 0; first < plan.outputCount; first += tileWidth) {
     const int width = std::min(tileWidth, plan.outputCount - first);
     double* gains = engine.packedGains + packedTileOffset(first / tileWidth, tileWidth, count);
@@ -180,20 +183,20 @@ void raisePeak(std::atomic<double>& meter, double peak) {
   if (peak > meter.load(std::memory_order_relaxed)) meter.store(peak, std::memory_order_relaxed);
 }
 
-void updateInputMeters(PannerPlugin& plugin, const MixKernels& kernels, const BlockCapture& block,
+void updateInputMeters(MixState& mix, const MixKernels& kernels, const BlockCapture& block,
                        double** inputs, int frames) {
   for (int j = 0; j < kMeterSlots; ++j) {
     const int i = block.inputFaderOffset + j;
     if (i >= block.inputs || !isSet(block.inputAudible, i)) {
-      plugin.inputPeaks[j].store(0.0, std::memory_order_relaxed);
+      mix.inputPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
-      raisePeak(plugin.inputPeaks[j],
+      raisePeak(mix.inputPeaks[j],
                 kernels.largestMagnitude(inputs[i], frames) * std::fabs(block.meterGains[j]));
     }
   }
 }
 
-void updateSpeakerMeters(PannerPlugin& plugin, const MixEngine& engine, const BlockCapture& block,
+void updateSpeakerMeters(MixState& mix, const MixEngine& engine, const BlockCapture& block,
                          int frames) {
   double slotPeaks[kMeterSlots] = {};
   for (int j = 0; j < engine.plan.outputCount; ++j) {
@@ -203,9 +206,9 @@ void updateSpeakerMeters(PannerPlugin& plugin, const MixEngine& engine, const Bl
   for (int j = 0; j < kMeterSlots; ++j) {
     const int s = block.speakerFaderOffset + j;
     if (s >= block.outputs || !isSet(block.speakerAudible, s)) {
-      plugin.speakerPeaks[j].store(0.0, std::memory_order_relaxed);
+      mix.speakerPeaks[j].store(0.0, std::memory_order_relaxed);
     } else if (frames >= 1) {
-      raisePeak(plugin.speakerPeaks[j], slotPeaks[j]);
+      raisePeak(mix.speakerPeaks[j], slotPeaks[j]);
     }
   }
 }
@@ -220,24 +223,25 @@ void clearSilentOutputs(const MixEngine& engine, const BlockCapture& block, doub
   }
 }
 
-// Steps 8-12, outside the lock: the mix reads only the captured block and the engine's own buffers.
-void mixBlock(PannerPlugin& plugin, MixEngine& engine, const BlockCapture& block, double** inputs,
-              double** outputs, int frames) {
+// Outside the lock: mixes, meters and lands the ramp on its target, from the captured block and the
+// audio thread's own mix state alone.
+void mixBlock(MixState& mix, const BlockCapture& block, double** inputs, double** outputs,
+              int frames) {
+  MixEngine& engine = *mix.mixEngine;
   const MixKernels& kernels = *engine.kernels;
-  packGains(plugin, engine, block,
-            block.rampActive ? kernels.rampTileWidth : kernels.steadyTileWidth);
+  packGains(mix, engine, block, block.rampActive ? kernels.rampTileWidth : kernels.steadyTileWidth);
   if (frames > 0) {
     bindBuffers(engine, block, inputs, outputs, frames);
     clearSilentOutputs(engine, block, outputs, frames);
-    updateInputMeters(plugin, kernels, block, inputs, frames);
+    updateInputMeters(mix, kernels, block, inputs, frames);
     (block.rampActive ? kernels.mixRamp : kernels.mixSteady)(engine.plan);
   } else {
-    updateInputMeters(plugin, kernels, block, inputs, frames);
+    updateInputMeters(mix, kernels, block, inputs, frames);
   }
-  updateSpeakerMeters(plugin, engine, block, frames);
+  updateSpeakerMeters(mix, engine, block, frames);
   if (block.rampPrepared) {
-    std::copy(plugin.targetGains.data(), plugin.targetGains.data() + block.cells,
-              plugin.appliedGains.data());
+    std::copy(mix.targetGains.data(), mix.targetGains.data() + block.cells,
+              mix.appliedGains.data());
     ++engine.gainsGeneration;
   }
 }
@@ -248,42 +252,42 @@ bool createMixEngine(PannerPlugin& plugin) {
   auto* engine = new (std::nothrow) MixEngine;
   if (engine == nullptr) return false;
   engine->kernels = &bestMixKernels();
-  delete plugin.mixEngine;
-  plugin.mixEngine = engine;
+  delete plugin.mix.mixEngine;
+  plugin.mix.mixEngine = engine;
   return true;
 }
 
 void destroyMixEngine(PannerPlugin& plugin) {
-  delete plugin.mixEngine;
-  plugin.mixEngine = nullptr;
+  delete plugin.mix.mixEngine;
+  plugin.mix.mixEngine = nullptr;
 }
 
 bool forceMixPath(PannerPlugin& plugin, MixPath path) {
-  if (plugin.mixEngine == nullptr || !processorSupports(path)) return false;
+  if (plugin.mix.mixEngine == nullptr || !processorSupports(path)) return false;
   const MixKernels* kernels = path == MixPath::Avx512 ? &avx512MixKernels()
                               : path == MixPath::Avx2 ? &avx2MixKernels()
                                                       : &sse2MixKernels();
-  plugin.mixEngine->kernels = kernels;
-  plugin.mixEngine->packedTileWidth = 0;
+  plugin.mix.mixEngine->kernels = kernels;
+  plugin.mix.mixEngine->packedTileWidth = 0;
   return true;
 }
 
 const MixKernels& mixKernelsOf(const PannerPlugin& plugin) {
-  return plugin.mixEngine != nullptr ? *plugin.mixEngine->kernels : bestMixKernels();
+  return plugin.mix.mixEngine != nullptr ? *plugin.mix.mixEngine->kernels : bestMixKernels();
 }
 
 void processDoubleReplacing(AEffect* effect, double** inputs, double** outputs,
                             std::int32_t sampleFrames) {
   PannerPlugin* plugin = instanceOf(effect);
-  if (plugin == nullptr || plugin->mixEngine == nullptr) return;
+  if (plugin == nullptr || plugin->mix.mixEngine == nullptr) return;
   const int frames = sampleFrames > 0 ? sampleFrames : 0;
   DenormalGuard guard;
   BlockCapture block;
   {
     ModelLock lock(*plugin);
-    captureBlock(*plugin, *plugin->mixEngine, frames, block);
+    captureBlock(*plugin, *plugin->mix.mixEngine, frames, block);
   }
-  mixBlock(*plugin, *plugin->mixEngine, block, inputs, outputs, frames);
+  mixBlock(plugin->mix, block, inputs, outputs, frames);
 }
 
 void processReplacing(AEffect* /*effect*/, float** /*inputs*/, float** /*outputs*/,

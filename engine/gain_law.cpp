@@ -53,8 +53,8 @@ double diamondDistance(const InputChannel& input, Offset o) {
 
 // Distance in units of the speaker's reach; a speaker without reach is out of it.
 double reachDistance(const PannerPlugin& plugin, const InputChannel& input, const Speaker& s) {
-  const Offset o{s.x * plugin.spaceScaleX - input.x, s.y * plugin.spaceScaleY - input.y,
-                 s.z * plugin.spaceScaleZ - input.z};
+  const Offset o{s.x * plugin.model.spaceScaleX - input.x, s.y * plugin.model.spaceScaleY - input.y,
+                 s.z * plugin.model.spaceScaleZ - input.z};
   double r = input.diffuse == 0.0 ? std::sqrt(o.dx * o.dx + o.dy * o.dy + o.dz * o.dz)
                                   : diamondDistance(input, o);
   r = r > kDeadZone ? (r - kDeadZone) / kDeadZoneDivisor : 0.0;
@@ -73,9 +73,9 @@ double wallFade(double f, double speakerCoordinate, double scale, double inputCo
 double relativeWeight(const PannerPlugin& plugin, const InputChannel& input, const Speaker& s,
                       double d, double dmin) {
   double f = dmin >= kNear || d < kNear ? 1.0 : dmin / kNear;
-  f = wallFade(f, s.x, plugin.spaceScaleX, input.x);
-  f = wallFade(f, s.y, plugin.spaceScaleY, input.y);
-  f = wallFade(f, s.z, plugin.spaceScaleZ, input.z);
+  f = wallFade(f, s.x, plugin.model.spaceScaleX, input.x);
+  f = wallFade(f, s.y, plugin.model.spaceScaleY, input.y);
+  f = wallFade(f, s.z, plugin.model.spaceScaleZ, input.z);
   return f / std::exp2(kRelativeSlope * d);
 }
 
@@ -93,15 +93,16 @@ bool normalises(std::uint32_t optionFlags) {
 void computeInputGains(PannerPlugin& plugin, int input) {
   const int speakers = plugin.speakerCount();
   if (input < 0 || input >= plugin.inputCount() || speakers == 0) return;
-  if (plugin.gainRows != plugin.inputCount() || plugin.gainCols != speakers) return;
-  if (plugin.targetGains.size() < plugin.gainRows * plugin.gainCols) return;
-  const InputChannel& in = plugin.inputs[input];
-  double* row = plugin.targetGains.data() + static_cast<std::ptrdiff_t>(input) * plugin.gainCols;
+  if (plugin.model.gainRows != plugin.inputCount() || plugin.model.gainCols != speakers) return;
+  if (plugin.mix.targetGains.size() < plugin.model.gainRows * plugin.model.gainCols) return;
+  const InputChannel& in = plugin.model.inputs[input];
+  double* row =
+      plugin.mix.targetGains.data() + static_cast<std::ptrdiff_t>(input) * plugin.model.gainCols;
 
   // Distances first (kept in the row), with the smallest panned one for the relative law.
   double dmin = kOutOfReach;
   for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.speakers[s];
+    const Speaker& speaker = plugin.model.speakers[s];
     if (speaker.isLfe) {
       row[s] = kLfeFactor * in.lfeSend;
       continue;
@@ -110,21 +111,21 @@ void computeInputGains(PannerPlugin& plugin, int input) {
     dmin = std::fmin(dmin, row[s]);
   }
 
-  const bool relative = (plugin.optionFlags & kOptionRelativeInfluence) != 0;
+  const bool relative = (plugin.model.optionFlags & kOptionRelativeInfluence) != 0;
   double total = 0.0;
   for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.speakers[s];
+    const Speaker& speaker = plugin.model.speakers[s];
     if (speaker.isLfe) continue;
     const double d = row[s];
     double w = relative ? relativeWeight(plugin, in, speaker, d, dmin) : std::fmax(0.0, 1.0 - d);
-    w = centreTrimmed(w, plugin.centerTrim, speaker.x);
+    w = centreTrimmed(w, plugin.model.centerTrim, speaker.x);
     row[s] = w;
     total += w;
   }
 
-  const bool divide = normalises(plugin.optionFlags) && total != 1.0 && total > 0.0;
+  const bool divide = normalises(plugin.model.optionFlags) && total != 1.0 && total > 0.0;
   for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.speakers[s];
+    const Speaker& speaker = plugin.model.speakers[s];
     double value = row[s];
     if (divide && !speaker.isLfe) value /= total;
     value *= speaker.gain * in.gain;

@@ -182,7 +182,8 @@ void setParameter(Session& session, ByteStream& in) {
   const float before = session.effect->getParameter(session.effect, index);
   session.effect->setParameter(session.effect, index, value);
   const float after = session.effect->getParameter(session.effect, index);
-  const bool ignored = !std::isfinite(value) || session.plugin().pendingArrangement.load() != 0;
+  const bool ignored =
+      !std::isfinite(value) || session.plugin().host.pendingArrangement.load() != 0;
   if (ignored) FUZZ_CHECK(after == before);
   if (!ignored && index >= 0 && index < session.effect->numParams)
     FUZZ_CHECK(after >= 0.0f && after <= 1.0f);  // clamped into the list's range

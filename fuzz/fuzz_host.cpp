@@ -3,12 +3,13 @@
 #include <cstring>
 
 #include "fuzz/fuzz_check.h"
-#include "model/channels.h"
+#include "model/field_table.h"
 #include "platform/host_functions.h"
 
 namespace {
 
-constexpr int kMaxParameterDelta = 10 * kMaxInputs + 7 * kMaxSpeakers;
+constexpr int kMaxParameterDelta =
+    parameterCountFor(kMaxInputs, kMaxSpeakers) - kGlobalParameterCount;
 
 std::int32_t trackChannels = 2;
 
@@ -27,7 +28,8 @@ void checkParameterListChange(const void* ptr) {
   FUZZ_CHECK(ptr != nullptr);
   ParameterListChange change{};
   std::memcpy(&change, ptr, sizeof change);
-  FUZZ_CHECK(change.firstIndex >= 4 && change.firstIndex <= 4 + kMaxParameterDelta);
+  FUZZ_CHECK(change.firstIndex >= kGlobalParameterCount &&
+             change.firstIndex <= kGlobalParameterCount + kMaxParameterDelta);
   FUZZ_CHECK(change.delta >= -kMaxParameterDelta && change.delta <= kMaxParameterDelta);
 }
 

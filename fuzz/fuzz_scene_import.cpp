@@ -5,8 +5,8 @@
 
 #include "fuzz/fuzz_check.h"
 #include "fuzz/model_invariants.h"
-#include "host/cli/scene_json.h"
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
+#include "host/spatiola/scene_json.h"
 
 namespace {
 

@@ -20,8 +20,8 @@ void checkLoadAndRoundTrip(const std::uint8_t* data, std::size_t size) {
   PannerPlugin loaded;
   loadBlock(loaded, data, size);
   checkModelInvariants(loaded, true);
-  FUZZ_CHECK(loaded.effect.numInputs == loaded.inputCount());
-  FUZZ_CHECK(loaded.effect.numOutputs == loaded.speakerCount());
+  FUZZ_CHECK(loaded.host.effect.numInputs == loaded.inputCount());
+  FUZZ_CHECK(loaded.host.effect.numOutputs == loaded.speakerCount());
   const Bytes saved = savedBlock(loaded);
   PannerPlugin reloaded;
   checkStableRoundTrip(reloaded, saved);
@@ -30,15 +30,15 @@ void checkLoadAndRoundTrip(const std::uint8_t* data, std::size_t size) {
 void checkLockedInputsKept(const std::uint8_t* data, std::size_t size) {
   PannerPlugin plugin;
   setInputCount(plugin, kLockedInputs);
-  plugin.inputs[1].gain = 2.5;
-  plugin.lockInputs = 1;
-  const Bytes before(reinterpret_cast<const std::uint8_t*>(plugin.inputs.data()),
-                     reinterpret_cast<const std::uint8_t*>(plugin.inputs.end()));
+  plugin.model.inputs[1].gain = 2.5;
+  plugin.editor.lockInputs = 1;
+  const Bytes before(reinterpret_cast<const std::uint8_t*>(plugin.model.inputs.data()),
+                     reinterpret_cast<const std::uint8_t*>(plugin.model.inputs.end()));
   loadBlock(plugin, data, size);
   checkModelInvariants(plugin, false);
   FUZZ_CHECK(plugin.inputCount() == kLockedInputs);
-  FUZZ_CHECK(plugin.effect.numInputs == kLockedInputs);
-  FUZZ_CHECK(std::memcmp(before.data(), plugin.inputs.data(), before.size()) == 0);
+  FUZZ_CHECK(plugin.host.effect.numInputs == kLockedInputs);
+  FUZZ_CHECK(std::memcmp(before.data(), plugin.model.inputs.data(), before.size()) == 0);
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "fuzz/fuzz_check.h"
+#include "model/field_access.h"
 #include "plugin/state_chunk.h"
-#include "plugin/state_limits.h"
 
 namespace {
 
@@ -22,39 +22,26 @@ void checkFlag(std::uint8_t flag) {
   FUZZ_CHECK(flag == 0 || flag == 1);
 }
 
-void checkInput(const InputChannel& input, bool savedRanges) {
-  checkReal(input.gain, kLevelRange, savedRanges);
-  checkReal(input.lfeSend, kSendRange, savedRanges);
-  for (const double position : {input.x, input.y, input.z})
-    checkReal(position, kPositionRange, savedRanges);
-  checkReal(input.diffuse, kDiffuseRange, savedRanges);
-  checkReal(input.diffuseBias, kSignedRange, savedRanges);
-  checkReal(input.diffuseAngle, kSignedRange, savedRanges);
-  for (const std::uint8_t flag : {input.mute, input.solo, input.selected, input.reverse})
-    checkFlag(flag);
-  checkName(input.name);
-}
-
-void checkSpeaker(const Speaker& speaker, bool savedRanges) {
-  checkReal(speaker.gain, kLevelRange, savedRanges);
-  for (const double position : {speaker.x, speaker.y, speaker.z})
-    checkReal(position, kPositionRange, savedRanges);
-  checkReal(speaker.influence, kInfluenceRange, savedRanges);
-  for (const std::uint8_t flag : {speaker.isLfe, speaker.mute, speaker.solo}) checkFlag(flag);
-  checkName(speaker.name);
+template <typename Record, std::size_t N>
+void checkRecord(const RecordField<Record> (&fields)[N], const Record& record, bool savedRanges) {
+  for (const RecordField<Record>& field : fields) {
+    if (field.real != nullptr) checkReal(record.*field.real, field.range, savedRanges);
+    if (field.flag != nullptr) checkFlag(record.*field.flag);
+  }
+  checkName(record.name);
 }
 
 void checkGlobals(const PannerPlugin& plugin, bool savedRanges) {
-  checkReal(plugin.centerTrim, kLevelRange, savedRanges);
-  checkReal(plugin.zoom, kZoomRange, savedRanges);
-  for (const double scale : {plugin.spaceScaleX, plugin.spaceScaleY, plugin.spaceScaleZ})
-    checkReal(scale, kRoomScaleRange, savedRanges);
-  FUZZ_CHECK(plugin.layoutPreset >= -1 && plugin.layoutPreset <= 10);
-  FUZZ_CHECK(plugin.userSpeakerCount >= 0 && plugin.userSpeakerCount <= kMaxSpeakers);
-  for (const std::int32_t offset : {plugin.inputFaderOffset, plugin.speakerFaderOffset})
-    FUZZ_CHECK(offset >= 0 && offset <= kMaxFaderOffset);
-  for (const std::int32_t mode : plugin.groupKnobModes)
-    FUZZ_CHECK(mode >= 0 && mode <= kMaxGroupMode);
+  for (const GlobalField& field : kGlobalFields) {
+    if (field.kind == GlobalKind::Real) {
+      checkReal(*globalReal(plugin, field.id), field.range, savedRanges);
+    }
+    if (field.kind != GlobalKind::Integer) continue;
+    const std::int32_t* values = globalIntegers(plugin, field.id);
+    for (int k = 0; k < field.count; ++k) {
+      FUZZ_CHECK(values[k] >= field.range.low && values[k] <= field.range.high);
+    }
+  }
 }
 
 }  // namespace
@@ -64,10 +51,12 @@ void checkModelInvariants(const PannerPlugin& plugin, bool savedRanges) {
   const int speakers = plugin.speakerCount();
   FUZZ_CHECK(inputs >= 0 && inputs <= kMaxInputs);
   FUZZ_CHECK(speakers >= 0 && speakers <= kMaxSpeakers);
-  FUZZ_CHECK(plugin.effect.numParams == 4 + 10 * inputs + 7 * speakers);
+  FUZZ_CHECK(plugin.host.effect.numParams == parameterCountFor(inputs, speakers));
   checkGlobals(plugin, savedRanges);
-  for (const InputChannel& input : plugin.inputs) checkInput(input, savedRanges);
-  for (const Speaker& speaker : plugin.speakers) checkSpeaker(speaker, savedRanges);
+  for (const InputChannel& input : plugin.model.inputs)
+    checkRecord(kInputFields, input, savedRanges);
+  for (const Speaker& speaker : plugin.model.speakers)
+    checkRecord(kSpeakerFields, speaker, savedRanges);
 }
 
 Bytes savedBlock(PannerPlugin& plugin) {

@@ -34,16 +34,16 @@ class BlockWriter {
 
 void writeHeader(BlockWriter& out, const PannerPlugin& plugin, int version) {
   out.i32(version);
-  out.i32(plugin.layoutPreset);
-  out.i32(plugin.userSpeakerCount);
+  out.i32(plugin.model.layoutPreset);
+  out.i32(plugin.model.userSpeakerCount);
   if (version >= 4) {
-    out.i32(plugin.inputFaderOffset);
-    out.i32(plugin.speakerFaderOffset);
+    out.i32(plugin.editor.inputFaderOffset);
+    out.i32(plugin.editor.speakerFaderOffset);
   }
-  for (const std::int32_t mode : plugin.groupKnobModes) out.i32(mode);
-  if (version >= 3) out.i32(static_cast<std::int32_t>(plugin.optionFlags));
-  for (const double value :
-       {plugin.centerTrim, plugin.zoom, plugin.spaceScaleX, plugin.spaceScaleY, plugin.spaceScaleZ})
+  for (const std::int32_t mode : plugin.editor.groupKnobModes) out.i32(mode);
+  if (version >= 3) out.i32(static_cast<std::int32_t>(plugin.model.optionFlags));
+  for (const double value : {plugin.model.centerTrim, plugin.view.zoom, plugin.model.spaceScaleX,
+                             plugin.model.spaceScaleY, plugin.model.spaceScaleZ})
     out.f64(value);
   out.i32(plugin.inputCount());
   out.i32(plugin.speakerCount());
@@ -76,7 +76,7 @@ void editedSurround(PannerPlugin& plugin) {
   setInputCount(plugin, 6);
   applyLayoutPreset(plugin, kLayoutSurround51);
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    InputChannel& input = plugin.inputs[i];
+    InputChannel& input = plugin.model.inputs[i];
     input = InputChannel{2.0 - 0.25 * i,
                          0.125 * i,
                          -0.9 + 0.3 * i,
@@ -93,33 +93,33 @@ void editedSurround(PannerPlugin& plugin) {
     std::snprintf(input.name, sizeof input.name, "input %d", i + 1);
   }
   copyChannelName(
-      plugin.inputs[0].name,
+      plugin.model.inputs[0].name,
       "a name longer than sixty-three characters, cut to the longest that a record keeps");
-  plugin.speakers[1].mute = 1;
-  plugin.speakers[2].solo = 1;
-  plugin.speakers[0].gain = 3.5;
-  plugin.speakers[4].influence = 1.75;
-  plugin.optionFlags = kOptionRelativeInfluence | 0x101;
-  plugin.centerTrim = 0.5;
-  plugin.zoom = 0.9;
-  plugin.spaceScaleX = 1.5;
-  plugin.spaceScaleY = 0.75;
-  plugin.spaceScaleZ = 2e-6;
-  plugin.groupKnobModes[0] = 3;
-  plugin.groupKnobModes[2] = 12;
+  plugin.model.speakers[1].mute = 1;
+  plugin.model.speakers[2].solo = 1;
+  plugin.model.speakers[0].gain = 3.5;
+  plugin.model.speakers[4].influence = 1.75;
+  plugin.model.optionFlags = kOptionRelativeInfluence | 0x101;
+  plugin.model.centerTrim = 0.5;
+  plugin.view.zoom = 0.9;
+  plugin.model.spaceScaleX = 1.5;
+  plugin.model.spaceScaleY = 0.75;
+  plugin.model.spaceScaleZ = 2e-6;
+  plugin.editor.groupKnobModes[0] = 3;
+  plugin.editor.groupKnobModes[2] = 12;
 }
 
 void surround91(PannerPlugin& plugin) {
   setInputCount(plugin, 8);
   applyLayoutPreset(plugin, kLayoutSurround91);
-  for (InputChannel& input : plugin.inputs) input.lfeSend = 0.5;
+  for (InputChannel& input : plugin.model.inputs) input.lfeSend = 0.5;
 }
 
 void largest(PannerPlugin& plugin) {
   setInputCount(plugin, kMaxInputs);
   setSpeakerCount(plugin, kMaxSpeakers);
-  plugin.inputFaderOffset = 48;
-  plugin.speakerFaderOffset = 60;
+  plugin.editor.inputFaderOffset = 48;
+  plugin.editor.speakerFaderOffset = 60;
 }
 
 void empty(PannerPlugin& plugin) {
@@ -144,8 +144,8 @@ Bytes blockOfVersion(const PannerPlugin& plugin, int version) {
   const int layout = version > kNewestVersion ? kNewestVersion : version;
   BlockWriter out;
   writeHeader(out, plugin, version);
-  for (const InputChannel& input : plugin.inputs) writeInput(out, input, layout);
-  for (const Speaker& speaker : plugin.speakers) writeSpeaker(out, speaker, layout);
+  for (const InputChannel& input : plugin.model.inputs) writeInput(out, input, layout);
+  for (const Speaker& speaker : plugin.model.speakers) writeSpeaker(out, speaker, layout);
   return out.bytes;
 }
 

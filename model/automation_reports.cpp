@@ -1,8 +1,8 @@
 // Editor-side changes reported to the host as automation.
 #include "model/automation_reports.h"
 
+#include "model/field_access.h"
 #include "model/host_link.h"
-#include "model/parameter_index.h"
 #include "model/parameters.h"
 
 namespace {
@@ -11,18 +11,9 @@ constexpr int kDiffusionLevelMode = 7;
 constexpr int kDiffusionRotateMode = 9;
 constexpr int kLowHighMode = 2;
 
-double signedToNormal(double x) {
-  return (1.0 + x) * 0.5;
-}
-
-void addDiffusionReport(ParameterReports& reports, const InputChannel& input, int i, int mode) {
-  if (mode == kDiffusionLevelMode) {
-    reports.add(inputParameterIndex(i, kInDiffuse), input.diffuse);
-  } else if (mode == kDiffusionRotateMode) {
-    reports.add(inputParameterIndex(i, kInAngle), input.diffuseAngle);
-  } else {
-    reports.add(inputParameterIndex(i, kInBias), signedToNormal(input.diffuseBias));
-  }
+int diffusionParameter(int mode) {
+  if (mode == kDiffusionLevelMode) return kInDiffuse;
+  return mode == kDiffusionRotateMode ? kInAngle : kInBias;
 }
 
 }  // namespace
@@ -31,24 +22,29 @@ void ParameterReports::add(std::int32_t index, double value) {
   if (count_ < kCapacity) items_[count_++] = {index, static_cast<float>(value)};
 }
 
+void ParameterReports::addInput(const PannerPlugin& plugin, int input, int parameter) {
+  add(inputParameterIndex(input, parameter),
+      normalisedValue(fieldOfParameter(kInputFields, parameter), plugin.model.inputs[input]));
+}
+
+void ParameterReports::addSpeaker(const PannerPlugin& plugin, int speaker, int parameter) {
+  add(speakerParameterIndex(plugin.inputCount(), speaker, parameter),
+      normalisedValue(fieldOfParameter(kSpeakerFields, parameter), plugin.model.speakers[speaker]));
+}
+
 void ParameterReports::addInputPosition(const PannerPlugin& plugin, int input, bool withHeight) {
-  const InputChannel& channel = plugin.inputs[input];
-  add(inputParameterIndex(input, kInX), signedToNormal(channel.x));
-  add(inputParameterIndex(input, kInY), signedToNormal(channel.y));
-  if (withHeight) add(inputParameterIndex(input, kInZ), signedToNormal(channel.z));
+  addInput(plugin, input, kInX);
+  addInput(plugin, input, kInY);
+  if (withHeight) addInput(plugin, input, kInZ);
 }
 
 void ParameterReports::addSpeakerPosition(const PannerPlugin& plugin, int speaker) {
-  const Speaker& record = plugin.speakers[speaker];
-  const int inputs = plugin.inputCount();
-  add(speakerParameterIndex(inputs, speaker, kSpkX), signedToNormal(record.x));
-  add(speakerParameterIndex(inputs, speaker, kSpkY), signedToNormal(record.y));
-  add(speakerParameterIndex(inputs, speaker, kSpkZ), signedToNormal(record.z));
+  for (const int parameter : {kSpkX, kSpkY, kSpkZ}) addSpeaker(plugin, speaker, parameter);
 }
 
 void ParameterReports::addSelectedInputPositions(const PannerPlugin& plugin) {
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (plugin.inputs[i].selected) addInputPosition(plugin, i, true);
+    if (plugin.model.inputs[i].selected) addInputPosition(plugin, i, true);
   }
 }
 
@@ -65,13 +61,9 @@ void notifyMuteSolo(PannerPlugin& plugin, int index, bool isInput, bool isMute) 
     ModelLock lock(plugin);
     if (index < 0) return;
     if (isInput && index < plugin.inputCount()) {
-      const InputChannel& input = plugin.inputs[index];
-      reports.add(inputParameterIndex(index, isMute ? kInMute : kInSolo),
-                  isMute ? input.mute : input.solo);
+      reports.addInput(plugin, index, isMute ? kInMute : kInSolo);
     } else if (!isInput && index < plugin.speakerCount()) {
-      const Speaker& speaker = plugin.speakers[index];
-      reports.add(speakerParameterIndex(plugin.inputCount(), index, isMute ? kSpkMute : kSpkSolo),
-                  isMute ? speaker.mute : speaker.solo);
+      reports.addSpeaker(plugin, index, isMute ? kSpkMute : kSpkSolo);
     }
   }
   reports.send(plugin, true);
@@ -83,10 +75,9 @@ void notifyGroupEdit(PannerPlugin& plugin, int mode, bool endEdit) {
   {
     ModelLock lock(plugin);
     for (int i = 0; i < plugin.inputCount(); ++i) {
-      const InputChannel& input = plugin.inputs[i];
-      if (!input.selected) continue;
+      if (!plugin.model.inputs[i].selected) continue;
       if (mode >= kDiffusionLevelMode && mode <= kDiffusionRotateMode) {
-        addDiffusionReport(reports, input, i, mode);
+        reports.addInput(plugin, i, diffusionParameter(mode));
       } else {
         reports.addInputPosition(plugin, i, mode == kLowHighMode || mode > kDiffusionRotateMode);
       }

@@ -10,6 +10,9 @@ class ParameterReports {
  public:
   // `value` is the parameter's normalised value 0..1.
   void add(std::int32_t index, double value);
+  // The current value of an input's or a speaker's parameter (InputParameter, SpeakerParameter).
+  void addInput(const PannerPlugin& plugin, int input, int parameter);
+  void addSpeaker(const PannerPlugin& plugin, int speaker, int parameter);
   void addInputPosition(const PannerPlugin& plugin, int input, bool withHeight);
   void addSpeakerPosition(const PannerPlugin& plugin, int speaker);
   // x, y and z of every selected input.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "platform/host_functions.h"
 
@@ -16,15 +17,15 @@ void resetFaderOffset(std::int32_t& offset, int count) {
 }  // namespace
 
 void finishCountChange(PannerPlugin& plugin, const CountChange& change) {
-  plugin.changeFlags.fetch_or(kChangeCounts);
+  plugin.model.changeFlags.fetch_or(kChangeCounts);
   if (change.kind == CountKind::Inputs) {
-    plugin.gainRows = -1;
-    resetFaderOffset(plugin.inputFaderOffset, change.newCount);
+    plugin.model.gainRows = -1;
+    resetFaderOffset(plugin.editor.inputFaderOffset, change.newCount);
   } else {
-    plugin.gainCols = -1;
-    resetFaderOffset(plugin.speakerFaderOffset, change.newCount);
+    plugin.model.gainCols = -1;
+    resetFaderOffset(plugin.editor.speakerFaderOffset, change.newCount);
   }
-  plugin.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
+  plugin.host.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
 }
 
 void notifyCountChange(PannerPlugin& plugin, const CountChange& change) {
@@ -33,9 +34,9 @@ void notifyCountChange(PannerPlugin& plugin, const CountChange& change) {
   const int delta = change.newCount - change.oldCount;
   ParameterListChange moved{};
   if (change.kind == CountKind::Inputs) {
-    moved = {parameterCountFor(firstCount, 0), 10 * delta};
+    moved = {parameterCountFor(firstCount, 0), kParametersPerInput * delta};
   } else {
-    moved = {parameterCountFor(change.inputCount, firstCount), 7 * delta};
+    moved = {parameterCountFor(change.inputCount, firstCount), kParametersPerSpeaker * delta};
   }
   callHost(plugin, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyParameterList,
            &moved, 0.0f);

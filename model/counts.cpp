@@ -50,7 +50,7 @@ void initialiseInput(InputChannel& input, const char* name, double x, double y, 
 void fillInputs(PannerPlugin& plugin, int oldCount, const Position3* ring) {
   char name[kNameCapacity];
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    InputChannel& input = plugin.inputs[i];
+    InputChannel& input = plugin.model.inputs[i];
     std::snprintf(name, sizeof name, "channel %d", i + 1);
     if (ring != nullptr) {
       initialiseInput(input, name, ring[i].x, ring[i].y, ring[i].z);
@@ -78,7 +78,7 @@ void fillSpeakers(PannerPlugin& plugin, int oldCount, int oldPreset, const Posit
       const FloorPlace place = i < kDefaultPlaces ? kSpeakerPlaces[i] : FloorPlace{0, 0};
       setSpeaker(plugin, i, name, place.x, place.y, 0.0, newInfluence);
     } else if (oldPreset != kLayoutUserSetup) {
-      copyChannelName(plugin.speakers[i].name, name);
+      copyChannelName(plugin.model.speakers[i].name, name);
     }
   }
 }
@@ -89,19 +89,20 @@ void markInputsDirty(PannerPlugin& plugin, int target) {
   const int count = plugin.inputCount();
   const std::uint64_t all = count >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
   if (target >= 0) {
-    if (target < count) plugin.dirtyInputs |= std::uint64_t{1} << target;
+    if (target < count) plugin.model.dirtyInputs |= std::uint64_t{1} << target;
   } else if (target == kDirtyAllInputs) {
-    plugin.dirtyInputs |= all;
+    plugin.model.dirtyInputs |= all;
   } else if (target == kDirtySelectedInputs) {
     for (int i = 0; i < count; ++i) {
-      if (plugin.inputs[i].selected) plugin.dirtyInputs |= std::uint64_t{1} << i;
+      if (plugin.model.inputs[i].selected) plugin.model.dirtyInputs |= std::uint64_t{1} << i;
     }
   }
 }
 
 void setLockInputs(PannerPlugin& plugin, bool on) {
-  plugin.lockInputs = on ? 1 : 0;
-  if (plugin.editorWindow != nullptr && onLockInputsChanged != nullptr) onLockInputsChanged(plugin);
+  plugin.editor.lockInputs = on ? 1 : 0;
+  if (plugin.host.editorWindow != nullptr && onLockInputsChanged != nullptr)
+    onLockInputsChanged(plugin);
 }
 
 void setInputCount(PannerPlugin& plugin, int n) {
@@ -111,7 +112,7 @@ void setInputCount(PannerPlugin& plugin, int n) {
   {
     ModelLock lock(plugin);
     change.oldCount = plugin.inputCount();
-    plugin.inputs.resize(clampCount(n));
+    plugin.model.inputs.resize(clampCount(n));
     change.newCount = plugin.inputCount();
     Position3 ring[kMaxInputs];
     const bool useRing = ringWanted && change.newCount >= kRingMinimum;
@@ -128,11 +129,11 @@ void setSpeakerCount(PannerPlugin& plugin, int n) {
   CountChange change{CountKind::Speakers, 0, 0, 0};
   {
     ModelLock lock(plugin);
-    const int oldPreset = plugin.layoutPreset;
+    const int oldPreset = plugin.model.layoutPreset;
     change.oldCount = plugin.speakerCount();
-    plugin.layoutPreset = kLayoutUserSetup;
-    plugin.userSpeakerCount = clampCount(n);
-    plugin.speakers.resize(clampCount(n));
+    plugin.model.layoutPreset = kLayoutUserSetup;
+    plugin.model.userSpeakerCount = clampCount(n);
+    plugin.model.speakers.resize(clampCount(n));
     change.newCount = plugin.speakerCount();
     Position3 ring[kMaxSpeakers];
     const bool useRing = ringWanted && change.newCount >= kRingMinimum;

@@ -10,7 +10,7 @@ VstIntPtr callHost(PannerPlugin& plugin, std::int32_t opcode, std::int32_t index
                    void* ptr, float opt) {
   audioMasterCallback callback = hostCallback;
   if (callback == nullptr) return 0;
-  return callback(&plugin.effect, opcode, index, value, ptr, opt);
+  return callback(&plugin.host.effect, opcode, index, value, ptr, opt);
 }
 
 bool isKeyHeld(int virtualKey) {

@@ -76,7 +76,7 @@ const LayoutPreset& presetFor(int index) {
 void setSpeaker(PannerPlugin& plugin, int index, const char* name, double x, double y, double z,
                 double influence) {
   if (index < 0 || index >= plugin.speakerCount()) return;
-  Speaker& speaker = plugin.speakers[index];
+  Speaker& speaker = plugin.model.speakers[index];
   speaker = Speaker{};
   copyChannelName(speaker.name, name);
   speaker.x = x;
@@ -91,15 +91,15 @@ void applyLayoutPreset(PannerPlugin& plugin, int index) {
   CountChange change{CountKind::Speakers, 0, 0, 0};
   {
     ModelLock lock(plugin);
-    plugin.speakerFaderOffset = 0;
+    plugin.editor.speakerFaderOffset = 0;
     change.oldCount = plugin.speakerCount();
-    if (!plugin.speakers.resize(preset.count)) return;
+    if (!plugin.model.speakers.resize(preset.count)) return;
     for (int i = 0; i < preset.count; ++i) {
       const PresetSpeaker& s = preset.speakers[i];
       setSpeaker(plugin, i, s.name, s.x, s.y, s.z, preset.influence);
-      plugin.speakers[i].isLfe = s.isLfe ? 1 : 0;
+      plugin.model.speakers[i].isLfe = s.isLfe ? 1 : 0;
     }
-    plugin.layoutPreset = preset.count > 0 ? index : -1;
+    plugin.model.layoutPreset = preset.count > 0 ? index : -1;
     change.newCount = preset.count;
     change.inputCount = plugin.inputCount();
     finishCountChange(plugin, change);

@@ -22,9 +22,9 @@ bool createModelMutex(pthread_mutex_t& mutex) {
 }  // namespace
 
 PannerPlugin::PannerPlugin() {
-  mutexReady = createModelMutex(modelMutex);
+  host.mutexReady = createModelMutex(host.modelMutex);
 }
 
 PannerPlugin::~PannerPlugin() {
-  if (mutexReady) pthread_mutex_destroy(&modelMutex);
+  if (host.mutexReady) pthread_mutex_destroy(&host.modelMutex);
 }

@@ -1,10 +1,9 @@
-// The instance: host-facing fields first (the host sees `effect`), then the model, then the
-// working state of the engine and the views.
+// The instance, its fields grouped by owner; each group says which thread writes it and under
+// what. `host` comes first: the host and the dispatcher find editorWindow at the object's start.
 //
-// Threads: the audio thread takes modelMutex once per block for bookkeeping and the gain law; every
-// writer of a field the audio routine reads (inputs, speakers, globals, dirtyInputs, fader offsets,
-// the matrices' sizes) holds modelMutex too. Fields written by one thread and read by another
-// without the lock are atomic.
+// Threads: the host's audio thread runs the audio routine, its UI thread the dispatcher, the editor
+// and the views; setParameter comes from either. The audio thread takes modelMutex once per block
+// for bookkeeping and the gain law, then mixes outside it with what it captured and its own state.
 #pragma once
 
 #include <pthread.h>
@@ -22,22 +21,27 @@
 class DAUB_IBitmap;
 struct MixEngine;
 
-struct PannerPlugin {
-  PannerPlugin();
-  ~PannerPlugin();
-  PannerPlugin(const PannerPlugin&) = delete;
-  PannerPlugin& operator=(const PannerPlugin&) = delete;
-
-  int inputCount() const { return inputs.size(); }
-  int speakerCount() const { return speakers.size(); }
-
-  // --- Host-facing ------------------------------------------------------------------------------
-  HWND editorWindow = nullptr;
+// Host-facing. [UI thread] except where a field says otherwise.
+struct HostState {
+  HWND editorWindow = nullptr;  // the open editor dialog
+  // Handed to the host. numParams is written under modelMutex; numInputs and numOutputs by the
+  // audio thread under it.
   AEffect effect{};
   ERect editorRect{};
   pthread_mutex_t modelMutex;  // recursive, priority inheritance
+  bool mutexReady = false;     // modelMutex was created; false only when the system refused it
+  // [any thread, atomic] 0 when no channel-count change is pending; else bits 0-7 old input
+  // count, 8-15 old speaker count, bit 16 set when the editor started the change.
+  std::atomic<std::uint32_t> pendingArrangement{0};
+  std::atomic<bool> stateLoaded{false};
+  std::atomic<bool> arrangementApplied{false};
+  // The last block handed out by effGetChunk: kept per instance so that two instances saving at
+  // the same time never share a buffer. Valid until this instance's next effGetChunk.
+  GrowableArray<unsigned char> stateChunkBuffer;
+};
 
-  // --- Model ------------------------------------------------------------------------------------
+// The model. [any thread, under modelMutex] every write; the audio thread reads it under the lock.
+struct ModelState {
   GrowableArray<InputChannel> inputs;
   GrowableArray<Speaker> speakers;
   double spaceScaleX = 1.0;
@@ -47,38 +51,31 @@ struct PannerPlugin {
   std::uint32_t optionFlags = kOptionDefaults;
   std::int32_t layoutPreset = 0;  // -1 when there are no speakers, 0 after a custom count
   std::int32_t userSpeakerCount = 0;
-  std::uint8_t lockInputs = 0;
-  double zoom = 0.48;
-  std::int32_t inputFaderOffset = 0;
-  std::int32_t speakerFaderOffset = 0;
-  std::atomic<double> inputPeaks[kMeterSlots] = {};
-  std::atomic<double> speakerPeaks[kMeterSlots] = {};
+  std::int32_t gainRows = -1;  // the mix's matrices' size; -1 asks the audio thread to re-size
+  std::int32_t gainCols = -1;
+  std::uint64_t dirtyInputs = ~std::uint64_t{0};  // rows the next block recomputes
+  std::atomic<std::uint32_t> changeFlags{0};      // [any thread, atomic] taken by the editor
+};
+
+// The mix. [audio thread] only, created and freed with the instance: the gain law fills
+// targetGains under modelMutex (it reads the model), the mix reads and writes the rest outside it.
+// Only the audio thread re-sizes the matrices.
+struct MixState {
   GrowableArray<double> targetGains;  // [input][speaker], row-major, gainCols per row
   GrowableArray<double> appliedGains;
   GrowableArray<double> gainSteps;
-  std::int32_t gainRows = -1;  // -1: the engine must re-size before the next block
-  std::int32_t gainCols = -1;
-  std::uint64_t dirtyInputs = ~std::uint64_t{0};
-  std::atomic<std::uint32_t> changeFlags{0};
+  MixEngine* mixEngine = nullptr;  // kernels for this processor, packed gains
+  // [audio thread raises, UI thread lets fall or clears; relaxed atomics] The meters of the 16
+  // rows the editor's strips show.
+  std::atomic<double> inputPeaks[kMeterSlots] = {};
+  std::atomic<double> speakerPeaks[kMeterSlots] = {};
+};
 
-  // --- Host channel-count changes and state loading ----------------------------------------------
-  // 0 when no change is pending; else bits 0-7 old input count, 8-15 old speaker count, bit 16 set
-  // when the editor started the change.
-  std::atomic<std::uint32_t> pendingArrangement{0};
-  std::atomic<bool> stateLoaded{false};
-  std::atomic<bool> arrangementApplied{false};
-  std::int32_t groupKnobModes[3] = {0, 6, 7};
-  // The last block handed out by effGetChunk: kept per instance so that two instances saving at
-  // the same time never share a buffer. Valid until this instance's next effGetChunk.
-  GrowableArray<unsigned char> stateChunkBuffer;
-
-  // --- Engine -----------------------------------------------------------------------------------
-  MixEngine* mixEngine = nullptr;  // owned by the engine: kernels for this processor, packed gains
-
-  // --- Editor and views (UI thread) --------------------------------------------------------------
+// The space view and the inline view. [UI thread]
+struct ViewState {
+  double zoom = 0.48;  // saved with the state; written under modelMutex
   DAUB_IBitmap* viewFront = nullptr;
   DAUB_IBitmap* viewBack = nullptr;
-  DAUB_IBitmap* namesBitmap = nullptr;
   std::int32_t dragInput = -1;
   std::int32_t dragSpeaker = -1;
   std::uint8_t bandActive = 0;
@@ -91,16 +88,41 @@ struct PannerPlugin {
   std::int32_t lastMouseX = 0;
   std::int32_t lastMouseY = 0;
   std::int32_t dragMoves = 0;
+};
 
-  bool mutexReady = false;  // modelMutex was created; false only when the system refused it
+// The editor dialog. [UI thread]
+struct EditorState {
+  // First model index in row 0 of each strip; written under modelMutex, read by the audio thread
+  // under it for the meters.
+  std::int32_t inputFaderOffset = 0;
+  std::int32_t speakerFaderOffset = 0;
+  std::uint8_t lockInputs = 0;
+  std::int32_t groupKnobModes[3] = {0, 6, 7};  // saved with the state
+  DAUB_IBitmap* namesBitmap = nullptr;
+};
+
+struct PannerPlugin {
+  PannerPlugin();
+  ~PannerPlugin();
+  PannerPlugin(const PannerPlugin&) = delete;
+  PannerPlugin& operator=(const PannerPlugin&) = delete;
+
+  int inputCount() const { return model.inputs.size(); }
+  int speakerCount() const { return model.speakers.size(); }
+
+  HostState host;
+  ModelState model;
+  MixState mix;
+  ViewState view;
+  EditorState editor;
 };
 static_assert(std::is_standard_layout_v<PannerPlugin>);
-static_assert(offsetof(PannerPlugin, editorWindow) == 0);
+static_assert(offsetof(PannerPlugin, host.editorWindow) == 0);
 
 // Holds modelMutex for a scope. Recursive: safe to nest.
 class ModelLock {
  public:
-  explicit ModelLock(PannerPlugin& plugin) : mutex_(&plugin.modelMutex) {
+  explicit ModelLock(PannerPlugin& plugin) : mutex_(&plugin.host.modelMutex) {
     pthread_mutex_lock(mutex_);
   }
   ~ModelLock() { pthread_mutex_unlock(mutex_); }
@@ -110,8 +132,3 @@ class ModelLock {
  private:
   pthread_mutex_t* mutex_;
 };
-
-// 4 globals, 10 per input, 7 per speaker.
-constexpr int parameterCountFor(int inputCount, int speakerCount) {
-  return 4 + 10 * inputCount + 7 * speakerCount;
-}

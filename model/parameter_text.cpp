@@ -7,24 +7,17 @@
 
 namespace {
 
-constexpr const char* kGlobalNames[4] = {"scale X", "scale Y", "scale Z", "ctr trim"};
-constexpr const char* kInputWords[10] = {"gain",    "X",    "Y",     "Z",    "LFE send",
-                                         "diffuse", "bias", "angle", "mute", "solo"};
-constexpr const char* kSpeakerWords[7] = {"gain", "X", "Y", "Z", "influence", "mute", "solo"};
-
 constexpr double kSilentGain = 2.9802322387695312e-08;  // 2^-25
 constexpr double kDbPerNeper = 8.685889638065037;       // 20 / ln 10
 
-bool isShownInDb(const ParameterSlot& slot) {
+ValueMapping mappingOf(const ParameterSlot& slot) {
   switch (slot.group) {
     case ParameterGroup::Global:
-      return slot.channel == 3;
+      return fieldOfParameter(kGlobalFields, slot.channel).mapping;
     case ParameterGroup::Input:
-      return slot.field == kInGain || slot.field == kInLfeSend;
-    case ParameterGroup::Speaker:
-      return slot.field == kSpkGain;
+      return fieldOfParameter(kInputFields, slot.field).mapping;
     default:
-      return false;
+      return fieldOfParameter(kSpeakerFields, slot.field).mapping;
   }
 }
 
@@ -66,14 +59,17 @@ void getParameterName(PannerPlugin& plugin, int index, char* buffer, std::size_t
   const ParameterSlot slot = locateParameter(plugin, index);
   switch (slot.group) {
     case ParameterGroup::Global:
-      std::snprintf(buffer, length, "%s", kGlobalNames[slot.channel]);
+      std::snprintf(buffer, length, "%s",
+                    fieldOfParameter(kGlobalFields, slot.channel).parameterName);
       break;
     case ParameterGroup::Input:
-      std::snprintf(buffer, length, "in %d %s", slot.channel + 1, kInputWords[slot.field]);
+      std::snprintf(buffer, length, "in %d %s", slot.channel + 1,
+                    fieldOfParameter(kInputFields, slot.field).parameterWord);
       break;
     case ParameterGroup::Speaker:
       std::snprintf(buffer, length, "%.*s %s", speakerNamePrecision(length),
-                    plugin.speakers[slot.channel].name, kSpeakerWords[slot.field]);
+                    plugin.model.speakers[slot.channel].name,
+                    fieldOfParameter(kSpeakerFields, slot.field).parameterWord);
       break;
     case ParameterGroup::None:
       break;
@@ -89,7 +85,7 @@ void getParameterDisplay(PannerPlugin& plugin, int index, char* buffer, std::siz
   if (slot.group == ParameterGroup::None) return;
   const double v =
       hasValue && std::isfinite(value) ? hostValueShown(value) : getParameterValue(plugin, index);
-  if (isShownInDb(slot)) {
+  if (isShownInDecibels(mappingOf(slot))) {
     writeDecibels(buffer, length, v);
   } else {
     std::snprintf(buffer, length, "%f", v);

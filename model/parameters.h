@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "model/field_table.h"
 #include "model/panner_plugin.h"
 
 // [any thread] The normalised value, 0 for an index outside 0..numParams-1.

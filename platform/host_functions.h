@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
+#include <string_view>
 
 #include "platform/daub.h"
 #include "platform/win32_types.h"
@@ -26,8 +28,9 @@ struct ParameterListChange {
 };
 static_assert(sizeof(ParameterListChange) == 8);
 
-// effCanDo answer of the extension capabilities.
+// effCanDo answer of the extension capabilities: the 32-bit pattern, widened as a negative value.
 constexpr std::intptr_t kExtensionCanDoAnswer = static_cast<std::int32_t>(0xbeef0000u);
+static_assert(kExtensionCanDoAnswer < 0);
 // effVendorSpecific index of a parameter-display request for a given value.
 constexpr std::intptr_t kVendorDisplayAnswer = 0xbeef;
 constexpr std::int32_t kVendorIgnoredIndex = static_cast<std::int32_t>(0xdeadbef0u);
@@ -104,3 +107,16 @@ using localizePrepareDialogFn = DLGPROC (*)(const char* context, HINSTANCE modul
 // clang-format on
 
 constexpr int kHostFunctionCount = 39;
+
+// The names in lookup order, as the host's table and the plug-in's fetch walk them.
+constexpr std::string_view kHostFunctionNames[] = {
+#define HOST_FUNCTION_NAME(name, type) #name,
+    HOST_FUNCTION_LIST(HOST_FUNCTION_NAME)
+#undef HOST_FUNCTION_NAME
+};
+static_assert(std::size(kHostFunctionNames) == kHostFunctionCount);
+static_assert(kHostFunctionNames[1] == "get_ini_file" &&
+              kHostFunctionNames[9] == "GetWindowDPIScalingForDialog" &&
+              kHostFunctionNames[10] == "DAUB_CreateBitmap" &&
+              kHostFunctionNames[33] == "DAUB_DrawText" &&
+              kHostFunctionNames[38] == "__localizePrepareDialog");

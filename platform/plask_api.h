@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/plask_function_list.h"
 #include "platform/win32_types.h"
@@ -135,8 +136,20 @@ PLASK_SIGNATURE(PLASK_UnregisterCustomControlCreator, void (*)(PlaskControlCreat
 template <PlaskId Id>
 using PlaskFn = typename PlaskSignature<Id>::Type;
 
+// In import order; distinct, since each is also a PlaskId.
 constexpr const char* kPlaskNames[kPlaskFunctionCount] = {
 #define PLASK_NAME_ENTRY(name) #name,
     PLASK_FUNCTION_LIST(PLASK_NAME_ENTRY)
 #undef PLASK_NAME_ENTRY
 };
+static_assert(std::string_view(kPlaskNames[0]) == "BeginPaint" &&
+              std::string_view(kPlaskNames[static_cast<int>(PlaskId::GetAsyncKeyState)]) ==
+                  "GetAsyncKeyState" &&
+              std::string_view(kPlaskNames[kPlaskFunctionCount - 1]) == "PLASK_initargs");
+
+constexpr int countPlaskPrefixed() {
+  int count = 0;
+  for (const char* name : kPlaskNames) count += std::string_view(name).starts_with("PLASK_");
+  return count;
+}
+static_assert(kPlaskFunctionCount == 335 && countPlaskPrefixed() == 94);

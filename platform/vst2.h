@@ -259,6 +259,7 @@ constexpr std::int32_t fourCharCode(char a, char b, char c, char d) {
       (static_cast<std::uint32_t>(static_cast<unsigned char>(c)) << 8) |
       static_cast<std::uint32_t>(static_cast<unsigned char>(d)));
 }
+static_assert(kEffectMagic == fourCharCode('V', 's', 't', 'P'));
 
 // The record layouts are fixed by the binary interface; check them for the width being built.
 static_assert(sizeof(ERect) == 8);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "model/channels.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "platform/host_functions.h"
@@ -12,27 +13,27 @@ namespace {
 constexpr std::uint32_t kEditorStartedChange = 0x10000;
 
 bool relayoutUsedUp(const PannerPlugin& plugin) {
-  return plugin.pendingArrangement.load() != 0 || plugin.stateLoaded.load() ||
-         plugin.arrangementApplied.load();
+  return plugin.host.pendingArrangement.load() != 0 || plugin.host.stateLoaded.load() ||
+         plugin.host.arrangementApplied.load();
 }
 
 bool wantsLargerLayout(const PannerPlugin& plugin, std::int32_t channelCount) {
-  return channelCount > plugin.speakerCount() && plugin.layoutPreset != kLayoutUserSetup;
+  return channelCount > plugin.speakerCount() && plugin.model.layoutPreset != kLayoutUserSetup;
 }
 
 // Remembers the counts from before the change for the idle report, then lays out the preset.
 void applyHostLayout(PannerPlugin& plugin, std::int32_t channelCount) {
   const auto oldCounts =
       static_cast<std::uint32_t>(plugin.speakerCount() << 8 | plugin.inputCount());
-  plugin.pendingArrangement.store(oldCounts);
+  plugin.host.pendingArrangement.store(oldCounts);
   applyLayoutPreset(plugin, layoutPresetForHostChannels(channelCount));
 }
 
 void clearMetersAndMatrices(PannerPlugin& plugin) {
-  for (auto& peak : plugin.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
-  for (auto& peak : plugin.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
-  plugin.gainRows = -1;
-  plugin.gainCols = -1;
+  for (auto& peak : plugin.mix.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
+  plugin.model.gainRows = -1;
+  plugin.model.gainCols = -1;
 }
 
 void notifyParameterList(PannerPlugin& plugin, std::int32_t firstIndex, std::int32_t delta) {
@@ -55,24 +56,24 @@ std::intptr_t packedChannelCounts(int speakers, int inputs) {
 
 void changeArrangementFromStandardCall(PannerPlugin& plugin, std::int32_t channelCount) {
   if (relayoutUsedUp(plugin) || !wantsLargerLayout(plugin, channelCount)) return;
-  plugin.arrangementApplied.store(true);
+  plugin.host.arrangementApplied.store(true);
   applyHostLayout(plugin, channelCount);
 }
 
 void changeArrangementFromExtension(PannerPlugin& plugin, std::int32_t channelCount) {
   if (relayoutUsedUp(plugin)) return;
-  plugin.arrangementApplied.store(true);
+  plugin.host.arrangementApplied.store(true);
   if (wantsLargerLayout(plugin, channelCount)) applyHostLayout(plugin, channelCount);
   {
     ModelLock lock(plugin);
     clearMetersAndMatrices(plugin);
   }
-  plugin.changeFlags.fetch_or(kChangeCounts);
+  plugin.model.changeFlags.fetch_or(kChangeCounts);
 }
 
 void processPendingArrangement(PannerPlugin* plugin) {
   if (plugin == nullptr) return;
-  const std::uint32_t pending = plugin->pendingArrangement.exchange(0);
+  const std::uint32_t pending = plugin->host.pendingArrangement.exchange(0);
   if (pending == 0) return;
   const int oldInputs = static_cast<int>(pending & 0xFF);
   const int oldSpeakers = static_cast<int>((pending >> 8) & 0xFF);
@@ -82,12 +83,12 @@ void processPendingArrangement(PannerPlugin* plugin) {
 
   if (oldInputs != newInputs) {
     notifyParameterList(*plugin, parameterCountFor(std::min(oldInputs, newInputs), 0),
-                        10 * (newInputs - oldInputs));
+                        kParametersPerInput * (newInputs - oldInputs));
   }
   if (oldSpeakers == newSpeakers && oldInputs == newInputs) return;
   {
     ModelLock lock(*plugin);  // setParameter on the automation thread reads it under the lock
-    plugin->effect.numParams = parameterCountFor(newInputs, newSpeakers);
+    plugin->host.effect.numParams = parameterCountFor(newInputs, newSpeakers);
   }
   notifyChannelCounts(*plugin, packedChannelCounts(newSpeakers, newInputs));
   if (oldSpeakers != newSpeakers && editorStarted) {

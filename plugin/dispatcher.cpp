@@ -6,6 +6,7 @@
 #include "model/host_link.h"
 #include "model/parameters.h"
 #include "platform/host_functions.h"
+#include "platform/spatiola_identity.h"
 #include "plugin/channel_arrangement.h"
 #include "plugin/editor_link.h"
 #include "plugin/host_api.h"
@@ -39,7 +40,8 @@ void copyName(void* ptr, const char* text) {
 }
 
 VstIntPtr openEditor(PannerPlugin& plugin, void* parent) {
-  if (plugin.editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin.editorWindow);
+  if (plugin.host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin.host.editorWindow);
   const DLGPROC procedure = editorDialogProcedure();
   if (procedure == nullptr) return 0;
   const HWND window =
@@ -50,10 +52,10 @@ VstIntPtr openEditor(PannerPlugin& plugin, void* parent) {
 
 VstIntPtr editorRectangle(PannerPlugin& plugin, void* ptr) {
   if (ptr == nullptr) return 0;
-  ERect& rect = plugin.editorRect;
+  ERect& rect = plugin.host.editorRect;
   RECT client{};
-  if (plugin.editorWindow != nullptr &&
-      plaskCall<PlaskId::GetClientRect>(plugin.editorWindow, &client)) {
+  if (plugin.host.editorWindow != nullptr &&
+      plaskCall<PlaskId::GetClientRect>(plugin.host.editorWindow, &client)) {
     rect = ERect{static_cast<short>(client.top), static_cast<short>(client.left),
                  static_cast<short>(client.bottom), static_cast<short>(client.right)};
   } else {
@@ -165,7 +167,8 @@ VstIntPtr emptyLabel(void* ptr) {
 }
 
 VstIntPtr closeEditor(PannerPlugin& plugin) {
-  if (plugin.editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin.editorWindow);
+  if (plugin.host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin.host.editorWindow);
   return 0;
 }
 
@@ -188,13 +191,13 @@ bool answerWithoutInstance(AEffect* effect, std::int32_t opcode, void* ptr, VstI
       result = kPlugCategEffect;
       return true;
     case effGetEffectName:
-      result = copyText(ptr, "Spatiola");
+      result = copyText(ptr, kSpatiolaEffectName);
       return true;
     case effGetVendorString:
-      result = copyText(ptr, "Tolvek");
+      result = copyText(ptr, kSpatiolaVendor);
       return true;
     case effGetProductString:
-      result = copyText(ptr, "Spatiola");
+      result = copyText(ptr, kSpatiolaProductName);
       return true;
     case effCanDo:
       result = canDo(ptr);

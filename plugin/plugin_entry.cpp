@@ -4,10 +4,12 @@
 
 #include "engine/audio_process.h"
 #include "model/counts.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "model/parameters.h"
 #include "platform/host_functions.h"
+#include "platform/spatiola_identity.h"
 #include "plugin/editor_link.h"
 #include "plugin/exports.h"
 #include "plugin/host_api.h"
@@ -21,7 +23,6 @@ constexpr std::int32_t kDefaultChannels = 2;
 constexpr std::int32_t kMaxHostChannels = 63;
 constexpr std::int32_t kEffectFlags =
     effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks | effFlagsCanDoubleReplacing;
-constexpr std::int32_t kPluginVersion = 1100;
 
 // The track's channel count as the host reports it; anything outside 1..63 means stereo.
 std::int32_t queryTrackChannels(audioMasterCallback callback) {
@@ -33,7 +34,7 @@ std::int32_t queryTrackChannels(audioMasterCallback callback) {
 }
 
 void fillEffect(PannerPlugin& plugin, std::int32_t channels) {
-  AEffect& effect = plugin.effect;
+  AEffect& effect = plugin.host.effect;
   effect = AEffect{};
   effect.magic = kEffectMagic;
   effect.dispatcher = &dispatcher;
@@ -47,15 +48,15 @@ void fillEffect(PannerPlugin& plugin, std::int32_t channels) {
   effect.flags = kEffectFlags;
   effect.ioRatio = 1.0f;
   effect.object = &plugin;
-  effect.uniqueID = fourCharCode('p', 'k', 'o', 'w');
-  effect.version = kPluginVersion;
+  effect.uniqueID = kSpatiolaUniqueId;
+  effect.version = kSpatiolaVersion;
   effect.processReplacing = &processReplacing;
   effect.processDoubleReplacing = &processDoubleReplacing;
 }
 
 void clearMeters(PannerPlugin& plugin) {
-  for (auto& peak : plugin.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
-  for (auto& peak : plugin.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
 }
 
 void registerFirstInstance() {
@@ -76,7 +77,7 @@ void unregisterLastInstance() {
 PannerPlugin* newInstance() {
   auto* plugin = new (std::nothrow) PannerPlugin;
   if (plugin == nullptr) return nullptr;
-  if (!plugin->mutexReady || !createMixEngine(*plugin)) {
+  if (!plugin->host.mutexReady || !createMixEngine(*plugin)) {
     delete plugin;
     return nullptr;
   }
@@ -95,23 +96,24 @@ AEffect* createInstance(audioMasterCallback callback) {
   setInputCount(*plugin, channels);
   applyDefaultLayout(*plugin, channels);
   clearMeters(*plugin);
-  plugin->gainRows = -1;
-  plugin->gainCols = -1;
+  plugin->model.gainRows = -1;
+  plugin->model.gainCols = -1;
   registerFirstInstance();
-  return &plugin->effect;
+  return &plugin->host.effect;
 }
 
 }  // namespace
 
 void destroyInstance(PannerPlugin* plugin) {
-  if (plugin->editorWindow != nullptr) plaskCall<PlaskId::DestroyWindow>(plugin->editorWindow);
+  if (plugin->host.editorWindow != nullptr)
+    plaskCall<PlaskId::DestroyWindow>(plugin->host.editorWindow);
   unregisterLastInstance();
   ModelLock lock(*plugin);
-  plugin->inputs.release();
-  plugin->speakers.release();
-  plugin->targetGains.release();
-  plugin->appliedGains.release();
-  plugin->gainSteps.release();
+  plugin->model.inputs.release();
+  plugin->model.speakers.release();
+  plugin->mix.targetGains.release();
+  plugin->mix.appliedGains.release();
+  plugin->mix.gainSteps.release();
   destroyMixEngine(*plugin);
 }
 

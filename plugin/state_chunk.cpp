@@ -4,8 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "model/field_access.h"
 #include "plugin/state_bytes.h"
-#include "plugin/state_limits.h"
 
 // Blocks come from project files of any origin. The reader never reads past the block, never writes
 // past what it sized, and leaves the model within its limits:
@@ -21,10 +21,6 @@
 
 namespace {
 
-constexpr int kMinVersionWithGain = 3;
-constexpr int kMinVersionWithInfluence = 2;
-constexpr int kMinVersionWithOptions = 3;
-constexpr int kMinVersionWithOffsets = 4;
 constexpr std::uint32_t kModeFlags = kOptionNormalizeOff | kOptionRelativeInfluence;
 
 double sanitized(double value, const ValueRange& range) {
@@ -37,21 +33,53 @@ void readReal(StateReader& reader, double& field, const ValueRange& range) {
   if (reader.readDouble(value)) field = sanitized(value, range);
 }
 
-void readClampedInt(StateReader& reader, std::int32_t& field, int low, int high) {
-  std::int32_t value = 0;
-  if (reader.readInt(value)) field = std::clamp(value, low, high);
-}
-
-void readFaderOffset(StateReader& reader, std::int32_t& field) {
-  std::int32_t value = 0;
-  if (reader.readInt(value)) field = std::clamp(value, 0, kMaxFaderOffset) / 4 * 4;
-}
-
 // Each strip's fader mode is 0 or 1; no other bits are defined.
 std::uint32_t knownOptions(std::uint32_t bits) {
   const std::uint32_t inputMode = (bits & kOptionInputFaderModeMask) != 0 ? 0x1 : 0;
   const std::uint32_t speakerMode = (bits & kOptionSpeakerFaderModeMask) != 0 ? 0x100 : 0;
   return (bits & kModeFlags) | inputMode | speakerMode;
+}
+
+// Clamped into the range, then down to a multiple of the field's step.
+void readIntegers(StateReader& reader, const GlobalField& field, std::int32_t* values) {
+  const auto low = static_cast<std::int32_t>(field.range.low);
+  const auto high = static_cast<std::int32_t>(field.range.high);
+  for (int k = 0; k < field.count; ++k) {
+    std::int32_t value = 0;
+    if (reader.readInt(value)) values[k] = std::clamp(value, low, high) / field.step * field.step;
+  }
+}
+
+void readGlobal(StateReader& reader, const GlobalField& field, PannerPlugin& plugin) {
+  switch (field.kind) {
+    case GlobalKind::Real:
+      readReal(reader, *globalReal(plugin, field.id), field.range);
+      break;
+    case GlobalKind::Integer:
+      readIntegers(reader, field, globalIntegers(plugin, field.id));
+      break;
+    case GlobalKind::OptionBits:
+      if (std::int32_t options = 0; reader.readInt(options)) {
+        plugin.model.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
+      }
+      break;
+  }
+}
+
+// A field that the block's version lacks takes its default; nothing is read for it.
+void resetGlobal(const GlobalField& field, PannerPlugin& plugin) {
+  switch (field.kind) {
+    case GlobalKind::Real:
+      *globalReal(plugin, field.id) = field.range.fallback;
+      break;
+    case GlobalKind::Integer:
+      std::fill_n(globalIntegers(plugin, field.id), field.count,
+                  static_cast<std::int32_t>(field.range.fallback));
+      break;
+    case GlobalKind::OptionBits:
+      plugin.model.optionFlags = static_cast<std::uint32_t>(field.range.fallback);
+      break;
+  }
 }
 
 struct Counts {
@@ -66,26 +94,13 @@ int keptCount(std::int32_t count) {
 std::int32_t readHeader(StateReader& reader, PannerPlugin& plugin, Counts& counts) {
   std::int32_t version = 0;
   reader.readInt(version);
-  readClampedInt(reader, plugin.layoutPreset, -1, 10);
-  readClampedInt(reader, plugin.userSpeakerCount, 0, kMaxSpeakers);
-  if (version < kMinVersionWithOffsets) {
-    plugin.inputFaderOffset = 0;
-    plugin.speakerFaderOffset = 0;
-  } else {
-    readFaderOffset(reader, plugin.inputFaderOffset);
-    readFaderOffset(reader, plugin.speakerFaderOffset);
+  for (const GlobalField& field : kGlobalFields) {
+    if (version < field.sinceVersion) {
+      resetGlobal(field, plugin);
+    } else {
+      readGlobal(reader, field, plugin);
+    }
   }
-  for (std::int32_t& mode : plugin.groupKnobModes) readClampedInt(reader, mode, 0, kMaxGroupMode);
-  if (version < kMinVersionWithOptions) {
-    plugin.optionFlags = 0;
-  } else if (std::int32_t options = 0; reader.readInt(options)) {
-    plugin.optionFlags = knownOptions(static_cast<std::uint32_t>(options));
-  }
-  readReal(reader, plugin.centerTrim, kLevelRange);
-  readReal(reader, plugin.zoom, kZoomRange);
-  readReal(reader, plugin.spaceScaleX, kRoomScaleRange);
-  readReal(reader, plugin.spaceScaleY, kRoomScaleRange);
-  readReal(reader, plugin.spaceScaleZ, kRoomScaleRange);
   if (reader.readInt(counts.inputs)) reader.readInt(counts.speakers);
   counts.inputs = std::max(counts.inputs, 0);
   counts.speakers = std::max(counts.speakers, 0);
@@ -104,50 +119,25 @@ bool readName(StateReader& reader, char* name) {
   return true;
 }
 
-bool readInputRecord(StateReader& reader, std::int32_t version, InputChannel& input) {
-  if (version < kMinVersionWithGain) {
-    input.gain = 1.0;
-  } else {
-    readReal(reader, input.gain, kLevelRange);
+// A record holds its reals in table order, then its flags as one word, then its name.
+template <typename Record, std::size_t N>
+bool readRecord(StateReader& reader, std::int32_t version, const RecordField<Record> (&fields)[N],
+                Record& record) {
+  for (const RecordField<Record>& field : fields) {
+    if (field.real == nullptr) continue;
+    if (version < field.sinceVersion) {
+      record.*field.real = field.range.fallback;
+    } else {
+      readReal(reader, record.*field.real, field.range);
+    }
   }
-  readReal(reader, input.lfeSend, kSendRange);
-  readReal(reader, input.x, kPositionRange);
-  readReal(reader, input.y, kPositionRange);
-  readReal(reader, input.z, kPositionRange);
-  readReal(reader, input.diffuse, kDiffuseRange);
-  readReal(reader, input.diffuseBias, kSignedRange);
-  readReal(reader, input.diffuseAngle, kSignedRange);
-  std::int32_t flags = 0;
-  if (reader.readInt(flags)) {
-    input.mute = flags & 1;
-    input.solo = (flags >> 1) & 1;
-    input.selected = (flags >> 2) & 1;
-    input.reverse = (flags >> 3) & 1;
+  if (std::int32_t flags = 0; reader.readInt(flags)) {
+    int bit = 0;
+    for (const RecordField<Record>& field : fields) {
+      if (field.flag != nullptr) record.*field.flag = (flags >> bit++) & 1;
+    }
   }
-  return readName(reader, input.name);
-}
-
-bool readSpeakerRecord(StateReader& reader, std::int32_t version, Speaker& speaker) {
-  if (version < kMinVersionWithGain) {
-    speaker.gain = 1.0;
-  } else {
-    readReal(reader, speaker.gain, kLevelRange);
-  }
-  readReal(reader, speaker.x, kPositionRange);
-  readReal(reader, speaker.y, kPositionRange);
-  readReal(reader, speaker.z, kPositionRange);
-  if (version < kMinVersionWithInfluence) {
-    speaker.influence = 1.0;
-  } else {
-    readReal(reader, speaker.influence, kInfluenceRange);
-  }
-  std::int32_t flags = 0;
-  if (reader.readInt(flags)) {
-    speaker.mute = flags & 1;
-    speaker.solo = (flags >> 1) & 1;
-    speaker.isLfe = (flags >> 2) & 1;
-  }
-  return readName(reader, speaker.name);
+  return readName(reader, record.name);
 }
 
 // Records past the kept ones are parsed only to find where the next kind starts. Once fewer bytes
@@ -158,28 +148,28 @@ bool nothingLeftToFind(const StateReader& reader, std::int32_t record, int kept)
 
 void readInputs(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                 std::int32_t count) {
-  const bool keep = plugin.lockInputs == 0;
+  const bool keep = plugin.editor.lockInputs == 0;
   if (keep) {
-    plugin.inputs.resize(keptCount(count));
-    plugin.inputs.clearToZero();
+    plugin.model.inputs.resize(keptCount(count));
+    plugin.model.inputs.clearToZero();
   }
   const int kept = keep ? plugin.inputCount() : 0;
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     InputChannel scratch{};
-    if (!readInputRecord(reader, version, scratch)) return;
-    if (i < kept) plugin.inputs[i] = scratch;
+    if (!readRecord(reader, version, kInputFields, scratch)) return;
+    if (i < kept) plugin.model.inputs[i] = scratch;
   }
 }
 
 void readSpeakers(StateReader& reader, std::int32_t version, PannerPlugin& plugin,
                   std::int32_t count) {
-  plugin.speakers.resize(keptCount(count));
-  plugin.speakers.clearToZero();
+  plugin.model.speakers.resize(keptCount(count));
+  plugin.model.speakers.clearToZero();
   const int kept = plugin.speakerCount();
   for (std::int32_t i = 0; i < count && !nothingLeftToFind(reader, i, kept); ++i) {
     Speaker dropped{};
-    Speaker& speaker = i < kept ? plugin.speakers[i] : dropped;
-    if (!readSpeakerRecord(reader, version, speaker)) {
+    Speaker& speaker = i < kept ? plugin.model.speakers[i] : dropped;
+    if (!readRecord(reader, version, kSpeakerFields, speaker)) {
       speaker.name[0] = '\0';
       return;
     }
@@ -187,19 +177,15 @@ void readSpeakers(StateReader& reader, std::int32_t version, PannerPlugin& plugi
 }
 
 void finishLoading(PannerPlugin& plugin) {
-  for (auto& peak : plugin.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
-  for (auto& peak : plugin.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
-  plugin.gainRows = -1;
-  plugin.gainCols = -1;
-  plugin.changeFlags.fetch_or(kChangeAll);
-  plugin.effect.numInputs = plugin.inputCount();
-  plugin.effect.numOutputs = plugin.speakerCount();
-  plugin.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
-  plugin.stateLoaded.store(true);
-}
-
-std::int32_t flagBits(std::uint8_t bit0, std::uint8_t bit1, std::uint8_t bit2, std::uint8_t bit3) {
-  return (bit0 != 0 ? 1 : 0) | (bit1 != 0 ? 2 : 0) | (bit2 != 0 ? 4 : 0) | (bit3 != 0 ? 8 : 0);
+  for (auto& peak : plugin.mix.inputPeaks) peak.store(0.0, std::memory_order_relaxed);
+  for (auto& peak : plugin.mix.speakerPeaks) peak.store(0.0, std::memory_order_relaxed);
+  plugin.model.gainRows = -1;
+  plugin.model.gainCols = -1;
+  plugin.model.changeFlags.fetch_or(kChangeAll);
+  plugin.host.effect.numInputs = plugin.inputCount();
+  plugin.host.effect.numOutputs = plugin.speakerCount();
+  plugin.host.effect.numParams = parameterCountFor(plugin.inputCount(), plugin.speakerCount());
+  plugin.host.stateLoaded.store(true);
 }
 
 void writeName(StateWriter& writer, const char* name) {
@@ -210,48 +196,43 @@ void writeName(StateWriter& writer, const char* name) {
 
 void writeHeader(StateWriter& writer, const PannerPlugin& plugin) {
   writer.writeInt(kStateChunkVersion);
-  writer.writeInt(plugin.layoutPreset);
-  writer.writeInt(plugin.userSpeakerCount);
-  writer.writeInt(plugin.inputFaderOffset);
-  writer.writeInt(plugin.speakerFaderOffset);
-  for (const std::int32_t mode : plugin.groupKnobModes) writer.writeInt(mode);
-  writer.writeInt(static_cast<std::int32_t>(plugin.optionFlags));
-  writer.writeDouble(plugin.centerTrim);
-  writer.writeDouble(plugin.zoom);
-  writer.writeDouble(plugin.spaceScaleX);
-  writer.writeDouble(plugin.spaceScaleY);
-  writer.writeDouble(plugin.spaceScaleZ);
+  for (const GlobalField& field : kGlobalFields) {
+    if (field.kind == GlobalKind::Real) writer.writeDouble(*globalReal(plugin, field.id));
+    if (field.kind == GlobalKind::OptionBits) {
+      writer.writeInt(static_cast<std::int32_t>(plugin.model.optionFlags));
+    }
+    if (field.kind == GlobalKind::Integer) {
+      const std::int32_t* values = globalIntegers(plugin, field.id);
+      for (int k = 0; k < field.count; ++k) writer.writeInt(values[k]);
+    }
+  }
   writer.writeInt(plugin.inputCount());
   writer.writeInt(plugin.speakerCount());
 }
 
-void writeInput(StateWriter& writer, const InputChannel& input) {
-  for (const double value : {input.gain, input.lfeSend, input.x, input.y, input.z, input.diffuse,
-                             input.diffuseBias, input.diffuseAngle}) {
-    writer.writeDouble(value);
+template <typename Record, std::size_t N>
+void writeRecord(StateWriter& writer, const RecordField<Record> (&fields)[N],
+                 const Record& record) {
+  std::int32_t flags = 0;
+  int bit = 0;
+  for (const RecordField<Record>& field : fields) {
+    if (field.real != nullptr) writer.writeDouble(record.*field.real);
+    if (field.flag != nullptr) flags |= (record.*field.flag != 0 ? 1 : 0) << bit++;
   }
-  writer.writeInt(flagBits(input.mute, input.solo, input.selected, input.reverse));
-  writeName(writer, input.name);
-}
-
-void writeSpeaker(StateWriter& writer, const Speaker& speaker) {
-  for (const double value : {speaker.gain, speaker.x, speaker.y, speaker.z, speaker.influence}) {
-    writer.writeDouble(value);
-  }
-  writer.writeInt(flagBits(speaker.mute, speaker.solo, speaker.isLfe, 0));
-  writeName(writer, speaker.name);
+  writer.writeInt(flags);
+  writeName(writer, record.name);
 }
 
 }  // namespace
 
 std::int32_t writeStateChunk(PannerPlugin& plugin, void** data) {
   ModelLock lock(plugin);
-  StateWriter writer(plugin.stateChunkBuffer);
+  StateWriter writer(plugin.host.stateChunkBuffer);
   writeHeader(writer, plugin);
-  for (const InputChannel& input : plugin.inputs) writeInput(writer, input);
-  for (const Speaker& speaker : plugin.speakers) writeSpeaker(writer, speaker);
-  if (data != nullptr) *data = plugin.stateChunkBuffer.data();
-  return plugin.stateChunkBuffer.size();
+  for (const InputChannel& input : plugin.model.inputs) writeRecord(writer, kInputFields, input);
+  for (const Speaker& speaker : plugin.model.speakers) writeRecord(writer, kSpeakerFields, speaker);
+  if (data != nullptr) *data = plugin.host.stateChunkBuffer.data();
+  return plugin.host.stateChunkBuffer.size();
 }
 
 void readStateChunk(PannerPlugin& plugin, const void* data, std::int32_t length) {

@@ -29,6 +29,7 @@ run_x86() {
 }
 
 scripts/lint.sh --format-only
+scripts/lint.sh --layers
 run_preset default
 run_x86
 run_preset asan

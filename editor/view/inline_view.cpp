@@ -35,16 +35,16 @@ DAUB_IBitmap* hostBitmapOf(VstIntPtr value) {
 }
 
 bool pictureChanged(const PannerPlugin& plugin) {
-  return plugin.inlineRedraw.load() != 0 ||
-         (plugin.changeFlags.load() & (kChangeSpeakers | kChangeInputs)) != 0;
+  return plugin.view.inlineRedraw.load() != 0 ||
+         (plugin.model.changeFlags.load() & (kChangeSpeakers | kChangeInputs)) != 0;
 }
 
 VstIntPtr paintInline(PannerPlugin& plugin, DAUB_IBitmap* bitmap, const void* block) {
   if (bitmap == nullptr || block == nullptr) return 0;
   const InlineDrawInfo info = readDrawInfo(block);
   if ((info.flags & kPaintOnlyIfChanged) != 0 && !pictureChanged(plugin)) return 0;
-  plugin.inlineRedraw = 0;
-  plugin.inlineScale = advisoryScale256(bitmap);
+  plugin.view.inlineRedraw = 0;
+  plugin.view.inlineScale = advisoryScale256(bitmap);
   renderSpace(plugin, bitmap, nullptr, kChangeSpeakers | kChangeInputs);
   return 1;
 }
@@ -60,8 +60,8 @@ VstIntPtr answerMinMaxInfo(void* block) {
 }
 
 void invalidateEditorView(const PannerPlugin& plugin) {
-  if (plugin.editorWindow == nullptr) return;
-  const HWND view = plaskCall<PlaskId::GetDlgItem>(plugin.editorWindow, kSpaceViewItem);
+  if (plugin.host.editorWindow == nullptr) return;
+  const HWND view = plaskCall<PlaskId::GetDlgItem>(plugin.host.editorWindow, kSpaceViewItem);
   plaskCall<PlaskId::InvalidateRect>(view, static_cast<const RECT*>(nullptr), BOOL{0});
 }
 

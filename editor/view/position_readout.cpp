@@ -40,11 +40,11 @@ Position readoutPosition(PannerPlugin& plugin, int inputIndex, int speakerIndex)
   ModelLock lock(plugin);
   if (inputIndex >= 0) {
     if (inputIndex >= plugin.inputCount()) return {false, 0.0, 0.0, 0.0};
-    const InputChannel& input = plugin.inputs[inputIndex];
+    const InputChannel& input = plugin.model.inputs[inputIndex];
     return {true, input.x, input.y, input.z};
   }
   if (speakerIndex < 0 || speakerIndex >= plugin.speakerCount()) return {false, 0.0, 0.0, 0.0};
-  const Speaker& speaker = plugin.speakers[speakerIndex];
+  const Speaker& speaker = plugin.model.speakers[speakerIndex];
   return {true, speaker.x, speaker.y, speaker.z};
 }
 
@@ -75,7 +75,7 @@ void cutTrailingSeparator(char* text) {
 
 // [UI thread] Reads the position under modelMutex, writes the label after releasing it.
 void showPositionReadout(PannerPlugin& plugin, int inputIndex, int speakerIndex) {
-  if (plugin.editorWindow == nullptr) return;
+  if (plugin.host.editorWindow == nullptr) return;
   const Position position = readoutPosition(plugin, inputIndex, speakerIndex);
   char text[kReadoutCapacity] = "";
   if (position.valid) formatPosition(text, kReadoutCapacity, position.x, position.y, position.z);
@@ -84,7 +84,7 @@ void showPositionReadout(PannerPlugin& plugin, int inputIndex, int speakerIndex)
 
 // [UI thread] Window layer only.
 void setInfoText(PannerPlugin& plugin, const char* text) {
-  HWND editor = plugin.editorWindow;
+  HWND editor = plugin.host.editorWindow;
   if (editor == nullptr) return;
   plaskCall<PlaskId::KillTimer>(editor, kInfoClearTimerId);
   plaskCall<PlaskId::SetDlgItemText>(editor, kInfoLabelId, text);

@@ -21,14 +21,14 @@ void drawAxesAndRoom(const RoomCanvas& canvas, DAUB_IBitmap* back) {
                                    1.0f, DAUB_BLIT_MODE_COPY, false);
   daubCall<&HostApi::DAUB_LineInt>(back, v.cx, v.cy - canvas.height / 2, v.cx, 2 * v.cy, kRoomLines,
                                    1.0f, DAUB_BLIT_MODE_COPY, false);
-  const int rx = roundToPixel(v.sx * canvas.plugin.spaceScaleX);
-  const int ry = roundToPixel(v.sy * canvas.plugin.spaceScaleY);
+  const int rx = roundToPixel(v.sx * canvas.plugin.model.spaceScaleX);
+  const int ry = roundToPixel(v.sy * canvas.plugin.model.spaceScaleY);
   daubCall<&HostApi::DAUB_DrawRect>(back, v.cx - rx, v.cy - ry, 2 * rx, 2 * ry, kRoomLines, 1.0f,
                                     DAUB_BLIT_MODE_COPY);
 }
 
 void drawInfluenceCircles(const RoomCanvas& canvas, DAUB_IBitmap* back) {
-  for (const Speaker& speaker : canvas.plugin.speakers) {
+  for (const Speaker& speaker : canvas.plugin.model.speakers) {
     if (speaker.isLfe) continue;
     const ProjectedPoint p = projectSpeaker(canvas.view, canvas.plugin, speaker);
     const double k = p.sizeFactor * speaker.influence;
@@ -39,7 +39,7 @@ void drawInfluenceCircles(const RoomCanvas& canvas, DAUB_IBitmap* back) {
 }
 
 bool anySpeakerSoloed(const PannerPlugin& plugin) {
-  for (const Speaker& speaker : plugin.speakers) {
+  for (const Speaker& speaker : plugin.model.speakers) {
     if (speaker.solo) return true;
   }
   return false;
@@ -71,17 +71,17 @@ const char* speakerLabelText(const Speaker& speaker) {
 }
 
 void drawSpeaker(const RoomCanvas& canvas, DAUB_IBitmap* back, int index, bool anySolo) {
-  const Speaker& speaker = canvas.plugin.speakers[index];
+  const Speaker& speaker = canvas.plugin.model.speakers[index];
   const int icon =
       speaker.mute || (anySolo && !speaker.solo) ? kSpeakerIconDimmed : kSpeakerIconActive;
   const ProjectedPoint p = projectSpeaker(canvas.view, canvas.plugin, speaker);
-  if (index == canvas.plugin.dragSpeaker) drawCrosshair(canvas, back, p.floor);
+  if (index == canvas.plugin.view.dragSpeaker) drawCrosshair(canvas, back, p.floor);
   if (speaker.z != 0.0) {
     daubCall<&HostApi::DAUB_LineInt>(back, p.floor.x, p.floor.y, p.raised.x, p.raised.y,
                                      kSpeakerColor, 1.0f, DAUB_BLIT_MODE_COPY, true);
   }
   drawSpeakerIcon(canvas, back, speaker, p.raised, icon);
-  if (canvas.plugin.layoutPreset != 0) return;
+  if (canvas.plugin.model.layoutPreset != 0) return;
   const bool leftSide = speaker.x < 0.0;
   const int anchorX = p.raised.x + (leftSide ? -canvas.scaled(12) : canvas.scaled(12));
   drawSideLabel(canvas, back, speakerLabelText(speaker), anchorX, p.raised.y, leftSide);
@@ -97,6 +97,6 @@ void drawBackLayer(const RoomCanvas& canvas, DAUB_IBitmap* back) {
   const bool anySolo = anySpeakerSoloed(canvas.plugin);
   sharedLabelFont().SetTextColor(kSpeakerColor);
   for (int i = 0; i < canvas.plugin.speakerCount(); ++i) {
-    if (!canvas.plugin.speakers[i].isLfe) drawSpeaker(canvas, back, i, anySolo);
+    if (!canvas.plugin.model.speakers[i].isLfe) drawSpeaker(canvas, back, i, anySolo);
   }
 }

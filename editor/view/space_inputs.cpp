@@ -28,7 +28,7 @@ bool drawInputLabels(const RoomCanvas& canvas, DAUB_IBitmap* front) {
   bool anySolo = false;
   sharedLabelFont().SetTextColor(kInputLabelColor);
   for (int i = canvas.plugin.inputCount() - 1; i >= 0; --i) {
-    const InputChannel& input = canvas.plugin.inputs[i];
+    const InputChannel& input = canvas.plugin.model.inputs[i];
     anySolo = anySolo || input.solo;
     if (hasDefaultName(input)) continue;
     const ViewPoint floor = projectInput(canvas.view, canvas.plugin, input).floor;
@@ -83,7 +83,7 @@ void drawDotNumber(DAUB_IBitmap* front, int index, ViewPoint at) {
 }
 
 void drawInput(const RoomCanvas& canvas, DAUB_IBitmap* front, int index, bool anySolo) {
-  const InputChannel& input = canvas.plugin.inputs[index];
+  const InputChannel& input = canvas.plugin.model.inputs[index];
   const bool dimmed = input.mute || (anySolo && !input.solo);
   const InputInk ink{inputPalette[index & 7], dimmed ? 0.5f : 1.0f};
   const ProjectedPoint p = projectInput(canvas.view, canvas.plugin, input);
@@ -105,8 +105,8 @@ void drawInputLayer(const RoomCanvas& canvas, DAUB_IBitmap* front) {
 }
 
 void drawSelectionBand(const RoomCanvas& canvas, DAUB_IBitmap* front) {
-  if (!canvas.plugin.bandActive) return;
-  const std::int32_t* band = canvas.plugin.bandRect;
+  if (!canvas.plugin.view.bandActive) return;
+  const std::int32_t* band = canvas.plugin.view.bandRect;
   const int left = std::min(band[0], band[2]);
   const int top = std::min(band[1], band[3]);
   const int width = std::abs(band[2] - band[0]);

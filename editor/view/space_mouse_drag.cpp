@@ -23,30 +23,30 @@ struct Motion {
 
 FloorTarget floorTarget(const PannerPlugin& plugin, const ViewGeometry& view, int mouseX,
                         int mouseY) {
-  return {(plugin.grabOffsetX + mouseX - view.cx) / view.sx,
-          (view.cy - mouseY + plugin.grabOffsetY) / view.sy};
+  return {(plugin.view.grabOffsetX + mouseX - view.cx) / view.sx,
+          (view.cy - mouseY + plugin.view.grabOffsetY) / view.sy};
 }
 
 // Height follows the vertical motion since the last step: up raises.
 double heightStep(const PannerPlugin& plugin, const ViewGeometry& view, int mouseY) {
-  return (plugin.lastMouseY - mouseY) / (plugin.spaceScaleZ * view.sy);
+  return (plugin.view.lastMouseY - mouseY) / (plugin.model.spaceScaleZ * view.sy);
 }
 
 // After a height step the floor drag resumes from where the item stands, so releasing Alt does not
 // make it jump to the mouse.
 void reanchorGrab(PannerPlugin& plugin, const ProjectedPoint& point, int mouseX, int mouseY) {
-  plugin.grabOffsetX = point.floor.x - mouseX;
-  plugin.grabOffsetY = mouseY - point.floor.y;
+  plugin.view.grabOffsetX = point.floor.x - mouseX;
+  plugin.view.grabOffsetY = mouseY - point.floor.y;
 }
 
 bool dragBand(PannerPlugin& plugin, int mouseX, int mouseY) {
-  if (plugin.bandActive) {
-    plugin.bandRect[2] = mouseX;
-    plugin.bandRect[3] = mouseY;
+  if (plugin.view.bandActive) {
+    plugin.view.bandRect[2] = mouseX;
+    plugin.view.bandRect[3] = mouseY;
   }
   countDragStep(plugin, mouseX, mouseY);
-  if (!plugin.bandActive) return false;
-  plugin.changeFlags.fetch_or(kChangeInputs);
+  if (!plugin.view.bandActive) return false;
+  plugin.model.changeFlags.fetch_or(kChangeInputs);
   return true;
 }
 
@@ -60,25 +60,26 @@ void moveSpeaker(PannerPlugin& plugin, const ViewGeometry& view, Speaker& speake
     return;
   }
   const FloorTarget target = floorTarget(plugin, view, mouseX, mouseY);
-  speaker.x = clampToLimit(target.x / plugin.spaceScaleX, limit);
-  speaker.y = clampToLimit(target.y / plugin.spaceScaleY, limit);
+  speaker.x = clampToLimit(target.x / plugin.model.spaceScaleX, limit);
+  speaker.y = clampToLimit(target.y / plugin.model.spaceScaleY, limit);
 }
 
 // A speaker that vanished while it was dragged is left alone.
 bool dragSpeakerStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, int mouseY,
                      const ModifierKeys& keys, ParameterReports& reports) {
-  if (plugin.dragSpeaker >= plugin.speakerCount()) return false;
-  moveSpeaker(plugin, view, plugin.speakers[plugin.dragSpeaker], mouseX, mouseY, keys.alt);
+  if (plugin.view.dragSpeaker >= plugin.speakerCount()) return false;
+  moveSpeaker(plugin, view, plugin.model.speakers[plugin.view.dragSpeaker], mouseX, mouseY,
+              keys.alt);
   markInputsDirty(plugin, kDirtyAllInputs);
-  reports.addSpeakerPosition(plugin, plugin.dragSpeaker);
+  reports.addSpeakerPosition(plugin, plugin.view.dragSpeaker);
   countDragStep(plugin, mouseX, mouseY);
-  plugin.changeFlags.fetch_or(kChangeSpeakers);
+  plugin.model.changeFlags.fetch_or(kChangeSpeakers);
   return true;
 }
 
 Motion grabbedInputMotion(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, int mouseY,
                           bool alt) {
-  const InputChannel& grabbed = plugin.inputs[plugin.dragInput];
+  const InputChannel& grabbed = plugin.model.inputs[plugin.view.dragInput];
   if (!alt) {
     const FloorTarget target = floorTarget(plugin, view, mouseX, mouseY);
     return {target.x - grabbed.x, target.y - grabbed.y, 0.0};
@@ -105,7 +106,7 @@ void limitToBorder(const PannerPlugin& plugin, Motion& motion, std::uint8_t grab
                    bool ctrl) {
   const double limit = positionLimit(plugin);
   for (int j = 0; j < plugin.inputCount(); ++j) {
-    const InputChannel& input = plugin.inputs[j];
+    const InputChannel& input = plugin.model.inputs[j];
     if (!input.selected) continue;
     const double sign = followSign(input, grabbedReverse, ctrl);
     motion.dx = limitAxis(motion.dx, input.x, sign, limit);
@@ -117,7 +118,7 @@ void limitToBorder(const PannerPlugin& plugin, Motion& motion, std::uint8_t grab
 void moveSelectedInputs(PannerPlugin& plugin, const Motion& motion, std::uint8_t grabbedReverse,
                         bool ctrl) {
   for (int j = 0; j < plugin.inputCount(); ++j) {
-    InputChannel& input = plugin.inputs[j];
+    InputChannel& input = plugin.model.inputs[j];
     if (!input.selected) continue;
     const double sign = followSign(input, grabbedReverse, ctrl);
     input.x += sign * motion.dx;
@@ -129,10 +130,10 @@ void moveSelectedInputs(PannerPlugin& plugin, const Motion& motion, std::uint8_t
 
 bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, int mouseY,
                    const ModifierKeys& keys, ParameterReports& reports) {
-  if (plugin.dragInput >= plugin.inputCount()) return false;
-  InputChannel& grabbed = plugin.inputs[plugin.dragInput];
+  if (plugin.view.dragInput >= plugin.inputCount()) return false;
+  InputChannel& grabbed = plugin.model.inputs[plugin.view.dragInput];
   // A Shift or Ctrl grab joins the selection at its first move.
-  if (!grabbed.selected) plugin.changeFlags.fetch_or(kChangeEditor);
+  if (!grabbed.selected) plugin.model.changeFlags.fetch_or(kChangeEditor);
   grabbed.selected = 1;
   Motion motion = grabbedInputMotion(plugin, view, mouseX, mouseY, keys.alt);
   limitToBorder(plugin, motion, grabbed.reverse, keys.ctrl);
@@ -141,7 +142,7 @@ bool dragInputStep(PannerPlugin& plugin, const ViewGeometry& view, int mouseX, i
     reports.addSelectedInputPositions(plugin);
   }
   countDragStep(plugin, mouseX, mouseY);
-  plugin.changeFlags.fetch_or(kChangeInputs);
+  plugin.model.changeFlags.fetch_or(kChangeInputs);
   return true;
 }
 
@@ -150,8 +151,9 @@ bool dragStep(PannerPlugin& plugin, int mouseX, int mouseY, int width, int heigh
   const ViewGeometry view = viewGeometry(plugin, width, height);
   // A view without pixels (an inline view folded away) has no positions to move to.
   if (!(view.sx > 0.0 && view.sy > 0.0)) return false;
-  if (plugin.dragSpeaker >= 0) return dragSpeakerStep(plugin, view, mouseX, mouseY, keys, reports);
-  if (plugin.dragInput >= 0) return dragInputStep(plugin, view, mouseX, mouseY, keys, reports);
+  if (plugin.view.dragSpeaker >= 0)
+    return dragSpeakerStep(plugin, view, mouseX, mouseY, keys, reports);
+  if (plugin.view.dragInput >= 0) return dragInputStep(plugin, view, mouseX, mouseY, keys, reports);
   return dragBand(plugin, mouseX, mouseY);
 }
 

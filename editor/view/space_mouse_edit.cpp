@@ -8,7 +8,7 @@ ModifierKeys readModifierKeys() {
 }
 
 double positionLimit(const PannerPlugin& plugin) {
-  return 0.48 / plugin.zoom;
+  return 0.48 / plugin.view.zoom;
 }
 
 double clampToLimit(double value, double limit) {
@@ -18,26 +18,26 @@ double clampToLimit(double value, double limit) {
 }
 
 void resetDragState(PannerPlugin& plugin) {
-  plugin.dragInput = -1;
-  plugin.dragSpeaker = -1;
-  plugin.bandActive = 0;
-  for (std::int32_t& corner : plugin.bandRect) corner = -1;
-  plugin.grabOffsetX = 0;
-  plugin.grabOffsetY = 0;
-  plugin.dragMoves = 0;
+  plugin.view.dragInput = -1;
+  plugin.view.dragSpeaker = -1;
+  plugin.view.bandActive = 0;
+  for (std::int32_t& corner : plugin.view.bandRect) corner = -1;
+  plugin.view.grabOffsetX = 0;
+  plugin.view.grabOffsetY = 0;
+  plugin.view.dragMoves = 0;
 }
 
 void countDragStep(PannerPlugin& plugin, int mouseX, int mouseY) {
-  ++plugin.dragMoves;
-  plugin.lastMouseX = mouseX;
-  plugin.lastMouseY = mouseY;
+  ++plugin.view.dragMoves;
+  plugin.view.lastMouseX = mouseX;
+  plugin.view.lastMouseY = mouseY;
 }
 
 bool clearSelection(PannerPlugin& plugin) {
   bool anySelected = false;
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    anySelected = anySelected || plugin.inputs[i].selected != 0;
-    plugin.inputs[i].selected = 0;
+    anySelected = anySelected || plugin.model.inputs[i].selected != 0;
+    plugin.model.inputs[i].selected = 0;
   }
   return anySelected;
 }

@@ -7,7 +7,7 @@ namespace {
 
 // A click (no move) decides the selection: Ctrl toggles, Shift adds, a plain click selects only it.
 void clickInput(PannerPlugin& plugin, int input, const ModifierKeys& keys) {
-  InputChannel& clicked = plugin.inputs[input];
+  InputChannel& clicked = plugin.model.inputs[input];
   if (keys.ctrl) {
     clicked.selected = clicked.selected ? 0 : 1;
     return;
@@ -17,26 +17,26 @@ void clickInput(PannerPlugin& plugin, int input, const ModifierKeys& keys) {
 }
 
 void releaseInput(PannerPlugin& plugin, const ModifierKeys& keys, ParameterReports& reports) {
-  if (plugin.dragInput >= plugin.inputCount()) return;
-  if (plugin.dragMoves == 0) {
-    clickInput(plugin, plugin.dragInput, keys);
-    plugin.changeFlags.fetch_or(kChangeEditor);
+  if (plugin.view.dragInput >= plugin.inputCount()) return;
+  if (plugin.view.dragMoves == 0) {
+    clickInput(plugin, plugin.view.dragInput, keys);
+    plugin.model.changeFlags.fetch_or(kChangeEditor);
   } else {
     reports.addSelectedInputPositions(plugin);
   }
-  plugin.changeFlags.fetch_or(kChangeInputs);
+  plugin.model.changeFlags.fetch_or(kChangeInputs);
 }
 
 // A speaker that vanished during the drag is not reported.
 void releaseSpeaker(PannerPlugin& plugin, ParameterReports& reports) {
-  if (plugin.dragMoves != 0 && plugin.dragSpeaker < plugin.speakerCount()) {
-    reports.addSpeakerPosition(plugin, plugin.dragSpeaker);
+  if (plugin.view.dragMoves != 0 && plugin.view.dragSpeaker < plugin.speakerCount()) {
+    reports.addSpeakerPosition(plugin, plugin.view.dragSpeaker);
   }
-  plugin.changeFlags.fetch_or(kChangeEditor | kChangeSpeakers);
+  plugin.model.changeFlags.fetch_or(kChangeEditor | kChangeSpeakers);
 }
 
 bool insideBand(const PannerPlugin& plugin, const ViewPoint& point) {
-  const std::int32_t* band = plugin.bandRect;
+  const std::int32_t* band = plugin.view.bandRect;
   const int left = band[0] < band[2] ? band[0] : band[2];
   const int right = band[0] < band[2] ? band[2] : band[0];
   const int top = band[1] < band[3] ? band[1] : band[3];
@@ -46,7 +46,7 @@ bool insideBand(const PannerPlugin& plugin, const ViewPoint& point) {
 
 void selectInBand(PannerPlugin& plugin, const ViewGeometry& view, const ModifierKeys& keys) {
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    InputChannel& input = plugin.inputs[i];
+    InputChannel& input = plugin.model.inputs[i];
     if (insideBand(plugin, projectInput(view, plugin, input).raised)) {
       input.selected = keys.ctrl && input.selected ? 0 : 1;
     } else if (!keys.shift) {
@@ -63,9 +63,9 @@ void finishDrag(PannerPlugin& plugin) {
   ParameterReports reports;
   {
     ModelLock lock(plugin);
-    if (plugin.dragSpeaker >= 0) {
+    if (plugin.view.dragSpeaker >= 0) {
       releaseSpeaker(plugin, reports);
-    } else if (plugin.dragInput >= 0) {
+    } else if (plugin.view.dragInput >= 0) {
       releaseInput(plugin, keys, reports);
     }
     resetDragState(plugin);
@@ -77,9 +77,9 @@ void finishDrag(PannerPlugin& plugin) {
 void finishBandSelect(PannerPlugin& plugin, int mouseX, int mouseY, int width, int height) {
   const ModifierKeys keys = readModifierKeys();
   ModelLock lock(plugin);
-  plugin.bandRect[2] = mouseX;
-  plugin.bandRect[3] = mouseY;
-  if (!plugin.lockInputs) selectInBand(plugin, viewGeometry(plugin, width, height), keys);
+  plugin.view.bandRect[2] = mouseX;
+  plugin.view.bandRect[3] = mouseY;
+  if (!plugin.editor.lockInputs) selectInBand(plugin, viewGeometry(plugin, width, height), keys);
   resetDragState(plugin);
-  plugin.changeFlags.fetch_or(kChangeEditor | kChangeInputs);
+  plugin.model.changeFlags.fetch_or(kChangeEditor | kChangeInputs);
 }

@@ -29,8 +29,8 @@ Reset resetInput(InputChannel& input) {
 Reset resetSelectedInputs(PannerPlugin& plugin) {
   Reset made = Reset::None;
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (!plugin.inputs[i].selected) continue;
-    const Reset reset = resetInput(plugin.inputs[i]);
+    if (!plugin.model.inputs[i].selected) continue;
+    const Reset reset = resetInput(plugin.model.inputs[i]);
     if (reset > made) made = reset;
   }
   return made;
@@ -41,12 +41,12 @@ void formatSelectionReadout(const PannerPlugin& plugin, char* text, int capacity
   text[0] = '\0';
   int selected = -1;
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (!plugin.inputs[i].selected) continue;
+    if (!plugin.model.inputs[i].selected) continue;
     if (selected >= 0) return;
     selected = i;
   }
   if (selected < 0) return;
-  const InputChannel& input = plugin.inputs[selected];
+  const InputChannel& input = plugin.model.inputs[selected];
   formatPosition(text, capacity, input.x, input.y, input.z);
 }
 
@@ -58,7 +58,7 @@ void resetPositions(PannerPlugin& plugin) {
   Reset made = Reset::None;
   {
     ModelLock lock(plugin);
-    if (plugin.lockInputs || plugin.inputCount() == 0) return;
+    if (plugin.editor.lockInputs || plugin.inputCount() == 0) return;
     made = resetSelectedInputs(plugin);
     if (made == Reset::None) return;
     markInputsDirty(plugin, kDirtySelectedInputs);
@@ -67,5 +67,5 @@ void resetPositions(PannerPlugin& plugin) {
   notifyGroupEdit(plugin, made == Reset::Height ? kHeightResetReportMode : kFloorResetReportMode,
                   true);
   setInfoText(plugin, readout);
-  plugin.changeFlags.fetch_or(kChangeInputs);
+  plugin.model.changeFlags.fetch_or(kChangeInputs);
 }

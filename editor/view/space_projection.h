@@ -37,7 +37,7 @@ inline int scaledSize(int size100, int scale256) {
 }
 
 inline ViewGeometry viewGeometry(const PannerPlugin& plugin, int width, int height) {
-  return {width / 2, height / 2, width * plugin.zoom, height * plugin.zoom};
+  return {width / 2, height / 2, width * plugin.view.zoom, height * plugin.view.zoom};
 }
 
 // dx, dy: the floor offsets from the centre in pixels (y up).
@@ -45,7 +45,7 @@ inline ProjectedPoint projectOffsets(const ViewGeometry& view, const PannerPlugi
                                      int dy, double z) {
   const ViewPoint floor{view.cx + dx, view.cy - dy};
   if (z == 0.0) return {floor, floor, 1.0};
-  const double lift = 0.25 * plugin.spaceScaleZ * z;
+  const double lift = 0.25 * plugin.model.spaceScaleZ * z;
   const double shift = view.sy * lift;
   const ViewPoint raised{floor.x + roundToPixel((dx / view.sx) * shift),
                          floor.y + roundToPixel((-dy / view.sy) * shift)};
@@ -61,6 +61,6 @@ inline ProjectedPoint projectInput(const ViewGeometry& view, const PannerPlugin&
 
 inline ProjectedPoint projectSpeaker(const ViewGeometry& view, const PannerPlugin& plugin,
                                      const Speaker& speaker) {
-  return projectOffsets(view, plugin, roundToPixel(plugin.spaceScaleX * speaker.x * view.sx),
-                        roundToPixel(plugin.spaceScaleY * speaker.y * view.sy), speaker.z);
+  return projectOffsets(view, plugin, roundToPixel(plugin.model.spaceScaleX * speaker.x * view.sx),
+                        roundToPixel(plugin.model.spaceScaleY * speaker.y * view.sy), speaker.z);
 }

@@ -41,20 +41,20 @@ PannerPlugin* pluginOf(HWND view) {
 // The bitmaps are made at the first paint's size; a new back layer must be drawn in full.
 void makeViewBitmaps(PannerPlugin& plugin, ClientSize size) {
   if (hostApi.DAUB_CreateBitmap == nullptr) return;
-  if (plugin.viewFront == nullptr) {
-    plugin.viewFront = hostApi.DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.width, size.height);
+  if (plugin.view.viewFront == nullptr) {
+    plugin.view.viewFront = hostApi.DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.width, size.height);
   }
-  if (plugin.viewBack == nullptr) {
-    plugin.viewBack = hostApi.DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.width, size.height);
-    plugin.changeFlags |= kChangeSpeakers;
+  if (plugin.view.viewBack == nullptr) {
+    plugin.view.viewBack = hostApi.DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, size.width, size.height);
+    plugin.model.changeFlags |= kChangeSpeakers;
   }
 }
 
 void applyViewScale(PannerPlugin& plugin, HWND view) {
   if (hostApi.GetWindowDPIScalingForDialog == nullptr) return;
-  plugin.viewScale = hostApi.GetWindowDPIScalingForDialog(view);
-  for (DAUB_IBitmap* bitmap : {plugin.viewFront, plugin.viewBack}) {
-    if (bitmap != nullptr) bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &plugin.viewScale);
+  plugin.view.viewScale = hostApi.GetWindowDPIScalingForDialog(view);
+  for (DAUB_IBitmap* bitmap : {plugin.view.viewFront, plugin.view.viewBack}) {
+    if (bitmap != nullptr) bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &plugin.view.viewScale);
   }
 }
 
@@ -63,14 +63,15 @@ void paintView(PannerPlugin& plugin, HWND view) {
   const ClientSize size = clientSize(view);
   makeViewBitmaps(plugin, size);
   applyViewScale(plugin, view);
-  const std::uint32_t flags = plugin.changeFlags.fetch_and(~(kChangeSpeakers | kChangeInputs));
-  if ((flags & (kChangeSpeakers | kChangeInputs)) != 0) plugin.inlineRedraw = 1;
-  renderSpace(plugin, plugin.viewFront, plugin.viewBack, flags);
+  const std::uint32_t flags =
+      plugin.model.changeFlags.fetch_and(~(kChangeSpeakers | kChangeInputs));
+  if ((flags & (kChangeSpeakers | kChangeInputs)) != 0) plugin.view.inlineRedraw = 1;
+  renderSpace(plugin, plugin.view.viewFront, plugin.view.viewBack, flags);
   PAINTSTRUCT paint{};
   const HDC dc = plaskCall<PlaskId::BeginPaint>(view, &paint);
-  if (plugin.viewFront != nullptr) {
-    plaskCall<PlaskId::BitBlt>(dc, 0, 0, size.width, size.height, plugin.viewFront->getDC(), 0, 0,
-                               0);
+  if (plugin.view.viewFront != nullptr) {
+    plaskCall<PlaskId::BitBlt>(dc, 0, 0, size.width, size.height, plugin.view.viewFront->getDC(), 0,
+                               0, 0);
   }
   plaskCall<PlaskId::EndPaint>(view, &paint);
 }
@@ -85,7 +86,7 @@ bool holdsCapture(HWND view) {
 }
 
 bool dragging(const PannerPlugin& plugin) {
-  return plugin.dragInput >= 0 || plugin.dragSpeaker >= 0;
+  return plugin.view.dragInput >= 0 || plugin.view.dragSpeaker >= 0;
 }
 
 void leftButtonDown(PannerPlugin& plugin, HWND view, LPARAM lParam) {
@@ -93,18 +94,18 @@ void leftButtonDown(PannerPlugin& plugin, HWND view, LPARAM lParam) {
   if (hitTestAndGrab(plugin, mouseX(lParam), mouseY(lParam), size.width, size.height, false)) {
     plaskCall<PlaskId::SetCapture>(view);
   }
-  showPositionReadout(plugin, plugin.dragInput, plugin.dragSpeaker);
+  showPositionReadout(plugin, plugin.view.dragInput, plugin.view.dragSpeaker);
 }
 
 // A drag step refreshes the whole editor at once through its timer.
 void mouseMove(PannerPlugin& plugin, HWND view, LPARAM lParam) {
-  if (!holdsCapture(view) || !(dragging(plugin) || plugin.bandActive)) return;
+  if (!holdsCapture(view) || !(dragging(plugin) || plugin.view.bandActive)) return;
   const ClientSize size = clientSize(view);
   if (dragTo(plugin, mouseX(lParam), mouseY(lParam), size.width, size.height)) {
     plaskCall<PlaskId::SendMessage>(plaskCall<PlaskId::GetParent>(view), UINT{WM_TIMER},
                                     kDragRefreshTimer, LPARAM{0});
   }
-  showPositionReadout(plugin, plugin.dragInput, plugin.dragSpeaker);
+  showPositionReadout(plugin, plugin.view.dragInput, plugin.view.dragSpeaker);
 }
 
 void leftButtonUp(PannerPlugin& plugin, HWND view) {
@@ -119,7 +120,7 @@ void rightButtonDown(PannerPlugin& plugin, HWND view, LPARAM lParam) {
 }
 
 void rightButtonUp(PannerPlugin& plugin, HWND view, LPARAM lParam) {
-  if (!holdsCapture(view) || !plugin.bandActive) return;
+  if (!holdsCapture(view) || !plugin.view.bandActive) return;
   plaskCall<PlaskId::ReleaseCapture>();
   const ClientSize size = clientSize(view);
   finishBandSelect(plugin, mouseX(lParam), mouseY(lParam), size.width, size.height);

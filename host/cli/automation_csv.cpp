@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
 
 namespace {
 

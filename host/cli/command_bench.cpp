@@ -2,18 +2,14 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <numbers>
 #include <vector>
 
 #include "host/cli/bench_soak.h"
 #include "host/cli/commands.h"
-#include "host/cli/spatiola_layout.h"
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
 
 namespace {
 
-constexpr int kSpatiolaInputParameters = 10;
-constexpr int kSpatiolaFirstInputParameter = 4;
 constexpr int kMovedGenericParameters = 8;
 
 // Deterministic noise at about -12 dBFS, so that runs are comparable.
@@ -28,17 +24,11 @@ void fillNoise(PluginInstance& instance, int frames) {
   }
 }
 
-// Spatiola: every input circles the room and rises and falls; other plug-ins: the first
+// The extension's moves (Spatiola: every input circles the room); other plug-ins: the first
 // parameters sweep.
-void moveParameters(PluginInstance& instance, bool spatiola, double phase) {
-  if (spatiola) {
-    for (int i = 0; i < instance.inputCount(); ++i) {
-      const double angle = phase + 2.0 * std::numbers::pi * i / instance.inputCount();
-      const int first = kSpatiolaFirstInputParameter + kSpatiolaInputParameters * i;
-      instance.setParameter(first + 1, static_cast<float>(0.5 + 0.4 * std::sin(angle)));
-      instance.setParameter(first + 2, static_cast<float>(0.5 + 0.4 * std::cos(angle)));
-      instance.setParameter(first + 3, static_cast<float>(0.5 + 0.3 * std::sin(0.37 * angle)));
-    }
+void moveParameters(PluginInstance& instance, const PluginExtension* extension, double phase) {
+  if (extension != nullptr) {
+    extension->moveParameters(instance, phase);
     return;
   }
   const int moved = std::min(instance.parameterCount(), kMovedGenericParameters);
@@ -94,7 +84,7 @@ double timedBlock(PluginInstance& instance, const BenchOptions& options, BenchRu
   if (options.movingAutomation) {
     // The phase follows the audio position, so random block sizes still move smoothly.
     const double phase = 0.01 * static_cast<double>(run.samplePosition) / options.blockSize;
-    moveParameters(instance, isSpatiola(instance.effect()), phase);
+    moveParameters(instance, extensionFor(options.plugin, instance), phase);
   }
   instance.setSamplePosition(run.samplePosition);
   instance.process(frames);
@@ -194,7 +184,7 @@ int runBench(const BenchOptions& options, std::ostream& out) {
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
   PluginInstance& instance = *plugin.instance;
   PluginOptions setup = options.plugin;
-  if (options.outputs > 0 && !isSpatiola(instance.effect())) {
+  if (options.outputs > 0 && extensionFor(options.plugin, instance) == nullptr) {
     throw HostError("--outputs applies to Spatiola only; " + instance.module().path() +
                     " has its own output count (" + std::to_string(instance.outputCount()) + ")");
   }

@@ -34,11 +34,4 @@ int runBench(const BenchOptions& options, std::ostream& out);
 
 int runRender(const RenderOptions& options, std::ostream& out, std::ostream& notes);
 
-struct DemoOptions {
-  std::string pluginPath;
-  std::string directory = "spatiola-demo";
-  double seconds = 8.0;
-};
-int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes);
-
 int runSnapshot(const SnapshotOptions& options, std::ostream& out);

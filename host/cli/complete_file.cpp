@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
 
 void writeCompleteFile(const std::string& path,
                        const std::function<void(const std::string&)>& write) {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/core/plugin_instance.h"
+#include "host/runtime/plugin_instance.h"
 #include "platform/daub.h"
 
 // The block passed as `ptr` with every inline-view message. The plug-in reads the 32-bit fields

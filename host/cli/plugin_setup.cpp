@@ -7,15 +7,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "host/cli/spatiola_layout.h"
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
 
 namespace {
-
-constexpr std::int32_t kSpatiolaId = fourCharCode('p', 'k', 'o', 'w');
-constexpr int kGlobalParameters = 4;
-constexpr int kParametersPerInput = 10;
-constexpr int kParametersPerSpeaker = 7;
 
 bool isIndex(const std::string& text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
@@ -73,14 +67,25 @@ int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex) {
                   "' (spatiola info lists them)");
 }
 
+const PluginExtension* extensionFor(const PluginOptions& options, PluginInstance& instance) {
+  const PluginExtension* extension = options.extension;
+  return extension != nullptr && extension->recognises(instance.effect()) ? extension : nullptr;
+}
+
 void configurePlugin(PluginInstance& instance, const PluginOptions& options) {
+  const PluginExtension* extension = extensionFor(options, instance);
   if (!options.statePath.empty()) {
     instance.setChunk(readBinaryFile(options.statePath));
-  } else if (isSpatiola(instance.effect()) &&
-             instance.inputCount() != instance.config().trackChannels) {
-    setSpatiolaInputCount(instance, instance.config().trackChannels);
+  } else if (extension != nullptr && instance.inputCount() != instance.config().trackChannels) {
+    extension->setInputCount(instance, instance.config().trackChannels);
   }
-  if (!options.layout.empty()) applySpatiolaLayout(instance, options.layout);
+  if (!options.layout.empty()) {
+    if (extension == nullptr) {
+      throw HostError("--layout applies to Spatiola only; " + instance.module().path() +
+                      " is another plug-in");
+    }
+    extension->applyLayout(instance, options.layout);
+  }
   for (const std::string& text : options.sets) {
     const ParameterSetting setting = parseParameterSetting(text);
     instance.setParameter(resolveParameter(instance, setting.parameter), setting.value);
@@ -101,22 +106,8 @@ void writeBinaryFile(const std::string& path, const std::vector<unsigned char>& 
   if (!out.flush()) throw HostError("cannot write " + path);
 }
 
-bool isSpatiola(const AEffect& effect) {
-  return effect.uniqueID == kSpatiolaId;
-}
-
-std::vector<std::string> outputChannelNames(PluginInstance& instance) {
-  if (!isSpatiola(instance.effect())) return {};
-  std::vector<std::string> names;
-  const int first = kGlobalParameters + kParametersPerInput * instance.inputCount();
-  const std::string suffix = " gain";
-  for (int s = 0; s < instance.outputCount(); ++s) {
-    std::string name = instance.parameterName(first + kParametersPerSpeaker * s);
-    if (name.size() < suffix.size() ||
-        name.compare(name.size() - suffix.size(), suffix.size(), suffix) != 0) {
-      return {};
-    }
-    names.push_back(name.substr(0, name.size() - suffix.size()));
-  }
-  return names;
+std::vector<std::string> outputChannelNames(PluginInstance& instance,
+                                            const PluginOptions& options) {
+  const PluginExtension* extension = extensionFor(options, instance);
+  return extension != nullptr ? extension->outputNames(instance) : std::vector<std::string>{};
 }

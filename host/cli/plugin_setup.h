@@ -1,19 +1,21 @@
 // Loading a plug-in for a command and bringing it into the state the options ask for: a saved
-// state block, a Spatiola layout, single parameter values.
+// state block, a layout of the plug-in's extension, single parameter values.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "host/core/plugin_instance.h"
-#include "host/core/plugin_module.h"
+#include "host/cli/plugin_extension.h"
+#include "host/runtime/plugin_instance.h"
+#include "host/runtime/plugin_module.h"
 
 struct PluginOptions {
   std::string pluginPath;  // empty: spatiola.so next to the executable
   std::string statePath;
-  std::string layout;             // a preset name or a speaker count (Spatiola only)
-  std::vector<std::string> sets;  // NAME=VALUE, normalised values
+  std::string layout;                          // a preset name or a speaker count (Spatiola only)
+  std::vector<std::string> sets;               // NAME=VALUE, normalised values
+  const PluginExtension* extension = nullptr;  // what the program knows of its own plug-in
 };
 
 struct ParameterSetting {
@@ -32,9 +34,12 @@ std::string defaultPluginPath();
 
 LoadedPlugin loadPlugin(const std::string& path, const HostConfig& config);
 
+// The options' extension when it recognises the instance's plug-in, else null.
+const PluginExtension* extensionFor(const PluginOptions& options, PluginInstance& instance);
+
 // Applies --state, --layout and --set in that order, then gives the plug-in an idle call.
-// Without --state, Spatiola gets one input per track channel also beyond the 63 the host's
-// channel-count query can announce.
+// Without --state, a plug-in with an extension gets one input per track channel also beyond the
+// 63 the host's channel-count query can announce.
 void configurePlugin(PluginInstance& instance, const PluginOptions& options);
 
 // "NAME=VALUE" split at the last '='; throws HostError for a missing '=' or a value outside 0..1.
@@ -45,7 +50,5 @@ int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex);
 std::vector<unsigned char> readBinaryFile(const std::string& path);
 void writeBinaryFile(const std::string& path, const std::vector<unsigned char>& bytes);
 
-// Spatiola: unique id 'pkow'.
-bool isSpatiola(const AEffect& effect);
-// Names of the output channels when the plug-in tells them (Spatiola's speakers), else empty.
-std::vector<std::string> outputChannelNames(PluginInstance& instance);
+// Names of the output channels when the plug-in's extension tells them, else empty.
+std::vector<std::string> outputChannelNames(PluginInstance& instance, const PluginOptions& options);

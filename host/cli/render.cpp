@@ -5,7 +5,7 @@
 #include "host/cli/audio_file.h"
 #include "host/cli/complete_file.h"
 #include "host/cli/progress.h"
-#include "host/core/host_error.h"
+#include "host/runtime/host_error.h"
 
 namespace {
 
@@ -120,7 +120,7 @@ void noteChannelMismatch(const PluginInstance& instance, int fileChannels, std::
 
 OutputFormat outputFormatFor(const RenderOptions& options, PluginInstance& instance, int sampleRate,
                              std::vector<std::string>& names) {
-  names = outputChannelNames(instance);
+  names = outputChannelNames(instance, options.plugin);
   return makeOutputFormat(options.outputPath, options.format, options.sampleType,
                           instance.outputCount(), sampleRate, channelMapOfSpeakers(names),
                           options.ambisonic);

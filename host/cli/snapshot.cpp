@@ -4,9 +4,9 @@
 
 #include "host/cli/complete_file.h"
 #include "host/cli/inline_view_call.h"
-#include "host/core/host_error.h"
 #include "host/graphics/drawing.h"
 #include "host/graphics/png_io.h"
+#include "host/runtime/host_error.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "editor/view/shared_drawing.h"
 #include "editor/view/space_projection.h"
 #include "editor/view/space_render.h"
-#include "host/graphics/graphics_lookup.h"
+#include "host/services/graphics_table.h"
 #include "model/counts.h"
 #include "plugin/editor_link.h"
 #include "plugin/host_api.h"
@@ -76,7 +76,7 @@ class PictureTest : public ::testing::Test {
     hostApi = HostApi{};
   }
   void SetUp() override {
-    plugin.effect.object = &plugin;
+    plugin.host.effect.object = &plugin;
     setInputCount(plugin, 0);
     setSpeakerCount(plugin, 0);
   }
@@ -89,14 +89,14 @@ class PictureTest : public ::testing::Test {
     setSpeakerCount(plugin, speakers);
   }
   InputChannel& place(int index, double x, double y, double z = 0.0) {
-    InputChannel& input = plugin.inputs[index];
+    InputChannel& input = plugin.model.inputs[index];
     input.x = x;
     input.y = y;
     input.z = z;
     return input;
   }
   Speaker& placeSpeaker(int index, const char* name, double x, double y, double z = 0.0) {
-    Speaker& speaker = plugin.speakers[index];
+    Speaker& speaker = plugin.model.speakers[index];
     copyChannelName(speaker.name, name);
     speaker.x = x;
     speaker.y = y;
@@ -110,8 +110,8 @@ class PictureTest : public ::testing::Test {
     const std::int32_t fields[5] = {bitmap->getWidth(), bitmap->getHeight(), 0, 0,
                                     static_cast<std::int32_t>(infoFlags)};
     std::memcpy(block + 20, fields, sizeof fields);
-    return dispatcher(&plugin.effect, effVendorSpecific, 16, reinterpret_cast<VstIntPtr>(bitmap),
-                      block, static_cast<float>(WM_PAINT));
+    return dispatcher(&plugin.host.effect, effVendorSpecific, 16,
+                      reinterpret_cast<VstIntPtr>(bitmap), block, static_cast<float>(WM_PAINT));
   }
   // A fresh host bitmap at DPI scale `scale256` (0: none advised), painted once.
   BitmapPtr paint(int width = 200, int height = 160, int scale256 = 0) {

@@ -80,16 +80,16 @@ struct Place {
 // `inputs` placed as given, none selected; the default speaker layout; change marks cleared.
 inline std::unique_ptr<PannerPlugin> makeRoom(const std::vector<Place>& inputs) {
   auto plugin = makeInstance(static_cast<int>(inputs.size()));
-  plugin->zoom = 0.5;
+  plugin->view.zoom = 0.5;
   for (std::size_t i = 0; i < inputs.size(); ++i) {
-    InputChannel& input = plugin->inputs[static_cast<int>(i)];
+    InputChannel& input = plugin->model.inputs[static_cast<int>(i)];
     input.x = inputs[i].x;
     input.y = inputs[i].y;
     input.z = inputs[i].z;
     input.selected = 0;
   }
-  plugin->dirtyInputs = 0;
-  plugin->changeFlags = 0;
+  plugin->model.dirtyInputs = 0;
+  plugin->model.changeFlags = 0;
   return plugin;
 }
 
@@ -100,19 +100,19 @@ inline std::unique_ptr<PannerPlugin> makeUserSetup(const std::vector<Place>& spe
   for (int s = 0; s < plugin->speakerCount(); ++s) {
     setSpeaker(*plugin, s, "speaker", speakers[s].x, speakers[s].y, speakers[s].z, 1.0);
   }
-  plugin->dirtyInputs = 0;
-  plugin->changeFlags = 0;
+  plugin->model.dirtyInputs = 0;
+  plugin->model.changeFlags = 0;
   return plugin;
 }
 
 inline void selectInputs(PannerPlugin& plugin, const std::vector<int>& indexes) {
-  for (int i : indexes) plugin.inputs[i].selected = 1;
+  for (int i : indexes) plugin.model.inputs[i].selected = 1;
 }
 
 inline std::vector<int> selectedInputs(const PannerPlugin& plugin) {
   std::vector<int> selected;
   for (int i = 0; i < plugin.inputCount(); ++i) {
-    if (plugin.inputs[i].selected) selected.push_back(i);
+    if (plugin.model.inputs[i].selected) selected.push_back(i);
   }
   return selected;
 }

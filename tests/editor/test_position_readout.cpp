@@ -29,10 +29,10 @@ TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
 class PositionReadout : public ::testing::Test {
  protected:
   void SetUp() override {
-    plugin_->inputs[0].x = -0.25;
-    plugin_->inputs[0].y = 0.0;
-    plugin_->spaceScaleX = 2.0;  // the readout shows model values, not the scaled room
-    plugin_->editorWindow = InfoLabelRecorder::editor();
+    plugin_->model.inputs[0].x = -0.25;
+    plugin_->model.inputs[0].y = 0.0;
+    plugin_->model.spaceScaleX = 2.0;  // the readout shows model values, not the scaled room
+    plugin_->host.editorWindow = InfoLabelRecorder::editor();
   }
   std::unique_ptr<PannerPlugin> plugin_ = makeUserSetup({{0.5, 0.0, 0.25}});
   InfoLabelRecorder label_;
@@ -48,14 +48,14 @@ TEST_F(PositionReadout, InputFirstThenSpeaker) {
 
 TEST_F(PositionReadout, EmptyTextClearsTheLabelAndStartsNoTimer) {
   showPositionReadout(*plugin_, 1, -1);  // past the inputs
-  plugin_->inputs[0].x = 0.0;
+  plugin_->model.inputs[0].x = 0.0;
   showPositionReadout(*plugin_, 0, -1);  // at the centre
   EXPECT_EQ(label_.calls(),
             (std::vector<std::string>{"kill 10", "text 1287 ", "kill 10", "text 1287 "}));
 }
 
 TEST_F(PositionReadout, NothingWhileTheEditorIsClosed) {
-  plugin_->editorWindow = nullptr;
+  plugin_->host.editorWindow = nullptr;
   showPositionReadout(*plugin_, 0, -1);
   setInfoText(*plugin_, "text");
   EXPECT_TRUE(label_.calls().empty());

@@ -31,9 +31,9 @@ class ReferencePicture : public PictureTest {
       placeSpeaker(i, speakers[i].name, speakers[i].x, speakers[i].y, speakers[i].z).influence =
           0.6;
     }
-    plugin.speakers[3].mute = 1;
-    plugin.layoutPreset = 0;
-    plugin.zoom = 0.4;
+    plugin.model.speakers[3].mute = 1;
+    plugin.model.layoutPreset = 0;
+    plugin.view.zoom = 0.4;
     InputChannel& vox = place(0, -0.4, 0.3);
     copyChannelName(vox.name, "Vox");
     vox.diffuse = 0.3;
@@ -77,7 +77,7 @@ TEST_F(ReferencePicture, SceneAtTwoHundredPercent) {
   buildScene();
   const BitmapPtr bitmap = paint(480, 360, 512);
   expectMatchesReference(bitmap.get(), "room_200.png");
-  EXPECT_EQ(plugin.inlineScale, 512);  // the hit size of the inline view follows
+  EXPECT_EQ(plugin.view.inlineScale, 512);  // the hit size of the inline view follows
 }
 
 }  // namespace

@@ -19,18 +19,18 @@ TEST(DragInput, ShiftGrabJoinsTheSelectionAtTheFirstMoveAndReportsEachStep) {
   HeldKeys shift(true, false, false);
   ASSERT_TRUE(hitTestAndGrab(*plugin, 152, 48, kViewSize, kViewSize, false));
   EXPECT_EQ(selectedInputs(*plugin), std::vector<int>{1});
-  plugin->changeFlags = 0;
+  plugin->model.changeFlags = 0;
   RecordingHost host;
   EXPECT_TRUE(dragTo(*plugin, 162, 38, kViewSize, kViewSize));
   EXPECT_EQ(selectedInputs(*plugin), (std::vector<int>{0, 1}));
-  expectPlace(plugin->inputs[0], {0.6, 0.6, 0.0});
-  expectPlace(plugin->inputs[1], {-0.4, 0.1, 0.0});
-  expectPlace(plugin->inputs[2], {0.0, -0.5, 0.0});
+  expectPlace(plugin->model.inputs[0], {0.6, 0.6, 0.0});
+  expectPlace(plugin->model.inputs[1], {-0.4, 0.1, 0.0});
+  expectPlace(plugin->model.inputs[2], {0.0, -0.5, 0.0});
   EXPECT_EQ(reportsOf(host),
             (std::vector<Report>{automate(5, 0.6), automate(6, 0.6), automate(7, 0.0),
                                  automate(15, -0.4), automate(16, 0.1), automate(17, 0.0)}));
-  EXPECT_EQ(plugin->dirtyInputs, 3u);
-  EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeInputs);  // the selection grew
+  EXPECT_EQ(plugin->model.dirtyInputs, 3u);
+  EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeInputs);  // the selection grew
 }
 
 TEST(DragInput, TheGroupMovesAsOneMirroringInputsOfTheOtherReverse) {
@@ -47,13 +47,13 @@ TEST(DragInput, TheGroupMovesAsOneMirroringInputsOfTheOtherReverse) {
                {"grab reversed ctrl", 1, true, {{0.1, 0.05, 0}, {0.6, 0.05, 0}, {-0.4, 0.05, 0}}}};
   for (const auto& c : cases) {
     auto plugin = makeRoom({{0.0, 0.0, 0.0}, {0.5, 0.0, 0.0}, {-0.5, 0.0, 0.0}});
-    plugin->inputs[1].reverse = 1;
+    plugin->model.inputs[1].reverse = 1;
     selectInputs(*plugin, {0, 1, 2});
     HeldKeys keys(false, c.ctrl, false);
     const int grabX = c.grabbed == 0 ? 100 : 150;
     ASSERT_TRUE(hitTestAndGrab(*plugin, grabX, 100, kViewSize, kViewSize, false));
     EXPECT_TRUE(dragTo(*plugin, grabX + 10, 95, kViewSize, kViewSize));
-    for (int i = 0; i < 3; ++i) expectPlace(plugin->inputs[i], c.after[i], c.what);
+    for (int i = 0; i < 3; ++i) expectPlace(plugin->model.inputs[i], c.after[i], c.what);
   }
 }
 
@@ -74,72 +74,72 @@ TEST(DragInput, TheGroupStopsWhenOneMemberReachesTheBorder) {
       {"front at zoom 0.5", 0.5, {0, 0.9, 0}, false, 0, 20, {0, 0.06, 0}, {0, 0.96, 0}}};
   for (const auto& c : cases) {
     auto plugin = makeRoom({{0.0, 0.0, 0.0}, c.second});
-    plugin->zoom = c.zoom;
-    plugin->inputs[1].reverse = c.mirrored ? 1 : 0;
+    plugin->view.zoom = c.zoom;
+    plugin->model.inputs[1].reverse = c.mirrored ? 1 : 0;
     selectInputs(*plugin, {0, 1});
     ASSERT_TRUE(hitTestAndGrab(*plugin, 100, 100, kViewSize, kViewSize, false));
     EXPECT_TRUE(dragTo(*plugin, 100 + c.dx, 100 - c.dy, kViewSize, kViewSize));
     RecordingHost host;
     EXPECT_TRUE(dragTo(*plugin, 100 + 2 * c.dx, 100 - 2 * c.dy, kViewSize, kViewSize));
-    expectPlace(plugin->inputs[0], c.firstAfter, c.what);
-    expectPlace(plugin->inputs[1], c.secondAfter, c.what);
+    expectPlace(plugin->model.inputs[0], c.firstAfter, c.what);
+    expectPlace(plugin->model.inputs[1], c.secondAfter, c.what);
     EXPECT_TRUE(host.calls().empty()) << c.what;
   }
 }
 
 TEST(DragHeight, AltRaisesTheGroupToTheLimitAndReleasingAltResumesWithoutAJump) {
   auto plugin = makeRoom({{0.0, 0.0, 0.0}, {-0.5, 0.0, 0.9}});
-  plugin->inputs[1].reverse = 1;
-  plugin->spaceScaleZ = 0.5;  // 0.1 in height is sy * 0.5 * 0.1 = 5 px
+  plugin->model.inputs[1].reverse = 1;
+  plugin->model.spaceScaleZ = 0.5;  // 0.1 in height is sy * 0.5 * 0.1 = 5 px
   selectInputs(*plugin, {0, 1});
   ASSERT_TRUE(hitTestAndGrab(*plugin, 100, 100, kViewSize, kViewSize, false));
   {
     HeldKeys alt(false, false, true);
     EXPECT_TRUE(dragTo(*plugin, 103, 95, kViewSize, kViewSize));
-    expectPlace(plugin->inputs[0], {0.0, 0.0, 0.1});
-    expectPlace(plugin->inputs[1], {-0.5, 0.0, 0.8});  // mirrored: down
+    expectPlace(plugin->model.inputs[0], {0.0, 0.0, 0.1});
+    expectPlace(plugin->model.inputs[1], {-0.5, 0.0, 0.8});  // mirrored: down
     EXPECT_TRUE(dragTo(*plugin, 103, 105, kViewSize, kViewSize));
     EXPECT_TRUE(dragTo(*plugin, 103, 115, kViewSize, kViewSize));
-    expectPlace(plugin->inputs[1], {-0.5, 0.0, 0.96});  // stopped at the limit
-    expectPlace(plugin->inputs[0], {0.0, 0.0, -0.06});
+    expectPlace(plugin->model.inputs[1], {-0.5, 0.0, 0.96});  // stopped at the limit
+    expectPlace(plugin->model.inputs[0], {0.0, 0.0, -0.06});
   }
   EXPECT_TRUE(dragTo(*plugin, 113, 115, kViewSize, kViewSize));
-  expectPlace(plugin->inputs[0], {0.1, 0.0, -0.06});
+  expectPlace(plugin->model.inputs[0], {0.1, 0.0, -0.06});
 }
 
 TEST(DragSpeaker, MovesOneSpeakerInModelUnitsLimitedAfterTheRoomScale) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}, {-0.5, 0.5, 0.0}});
-  plugin->spaceScaleX = 1.5;  // speaker 0 drawn at (175, 50)
-  plugin->spaceScaleZ = 2.0;
+  plugin->model.spaceScaleX = 1.5;  // speaker 0 drawn at (175, 50)
+  plugin->model.spaceScaleZ = 2.0;
   ASSERT_TRUE(hitTestAndGrab(*plugin, 175, 50, kViewSize, kViewSize, false));
-  plugin->changeFlags = 0;
+  plugin->model.changeFlags = 0;
   RecordingHost host;
   EXPECT_TRUE(dragTo(*plugin, 190, 40, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->speakers[0].x, 0.6, kTolerance);
-  EXPECT_NEAR(plugin->speakers[0].y, 0.6, kTolerance);
-  EXPECT_EQ(plugin->speakers[1].x, -0.5);
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.6, kTolerance);
+  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kTolerance);
+  EXPECT_EQ(plugin->model.speakers[1].x, -0.5);
   EXPECT_EQ(reportsOf(host),  // speaker 0's position parameters follow the input's
             (std::vector<Report>{automate(15, 0.6), automate(16, 0.6), automate(17, 0.0)}));
-  EXPECT_EQ(plugin->dirtyInputs, 1u);
-  EXPECT_EQ(plugin->changeFlags.load(), kChangeSpeakers);
+  EXPECT_EQ(plugin->model.dirtyInputs, 1u);
+  EXPECT_EQ(plugin->model.changeFlags.load(), kChangeSpeakers);
   EXPECT_TRUE(dragTo(*plugin, 260, 40, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->speakers[0].x, 0.96, kTolerance) << "1.6 / 1.5 is past L";
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance) << "1.6 / 1.5 is past L";
   HeldKeys alt(false, false, true);
   EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->speakers[0].z, 0.1, kTolerance);
-  EXPECT_NEAR(plugin->speakers[0].x, 0.96, kTolerance);
+  EXPECT_NEAR(plugin->model.speakers[0].z, 0.1, kTolerance);
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance);
 }
 
 TEST(DragSpeaker, ASpeakerThatVanishedIsNeitherWrittenNorReported) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}, {-0.5, 0.5, 0.0}});
   ASSERT_TRUE(hitTestAndGrab(*plugin, 50, 50, kViewSize, kViewSize, false));
-  ASSERT_EQ(plugin->dragSpeaker, 1);
+  ASSERT_EQ(plugin->view.dragSpeaker, 1);
   setSpeakerCount(*plugin, 1);
   RecordingHost host;
   EXPECT_FALSE(dragTo(*plugin, 60, 50, kViewSize, kViewSize));
   finishDrag(*plugin);
   EXPECT_TRUE(host.calls().empty());
-  EXPECT_EQ(plugin->dragSpeaker, -1);
+  EXPECT_EQ(plugin->view.dragSpeaker, -1);
 }
 
 TEST(DragInput, AViewWithoutPixelsMovesNothing) {
@@ -148,7 +148,7 @@ TEST(DragInput, AViewWithoutPixelsMovesNothing) {
   RecordingHost host;
   EXPECT_FALSE(dragTo(*plugin, 10, 10, 200, 0));
   EXPECT_FALSE(dragTo(*plugin, 10, 10, 0, 200));
-  expectPlace(plugin->inputs[0], {0.0, 0.0, 0.0});
+  expectPlace(plugin->model.inputs[0], {0.0, 0.0, 0.0});
   EXPECT_TRUE(host.calls().empty());
 }
 

@@ -21,24 +21,24 @@ TEST(Grab, HitsWithinTheHalfSizeOfTheScaleOfTheViewInUse) {
                {"editor ignores the inline scale", 160, 50, 256, 512, false, -1}};
   for (const auto& c : cases) {
     auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}});
-    plugin->viewScale = c.viewScale;
-    plugin->inlineScale = c.inlineScale;
+    plugin->view.viewScale = c.viewScale;
+    plugin->view.inlineScale = c.inlineScale;
     EXPECT_EQ(hitTestAndGrab(*plugin, c.mouseX, c.mouseY, kViewSize, kViewSize, c.inlineView),
               c.grabbed >= 0)
         << c.what;
-    EXPECT_EQ(plugin->dragInput, c.grabbed) << c.what;
+    EXPECT_EQ(plugin->view.dragInput, c.grabbed) << c.what;
   }
 }
 
 TEST(Grab, LowerIndexWinsWhenDotsOverlapAndKeepsItsOffset) {
   // Input 1 sits exactly under the mouse, input 0 two pixels beside it.
   auto plugin = makeRoom({{0.52, 0.5, 0.0}, {0.5, 0.5, 0.0}});
-  plugin->bandActive = 1;  // a stale rectangle is dropped by the new grab
+  plugin->view.bandActive = 1;  // a stale rectangle is dropped by the new grab
   EXPECT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->dragInput, 0);
-  EXPECT_EQ(plugin->grabOffsetX, 2);
-  EXPECT_EQ(plugin->grabOffsetY, 0);
-  EXPECT_EQ(plugin->bandActive, 0);
+  EXPECT_EQ(plugin->view.dragInput, 0);
+  EXPECT_EQ(plugin->view.grabOffsetX, 2);
+  EXPECT_EQ(plugin->view.grabOffsetY, 0);
+  EXPECT_EQ(plugin->view.bandActive, 0);
 }
 
 TEST(Grab, RaisedInputIsHitWhereItIsDrawnAndKeepsItsFloorOffset) {
@@ -46,8 +46,8 @@ TEST(Grab, RaisedInputIsHitWhereItIsDrawnAndKeepsItsFloorOffset) {
   auto plugin = makeRoom({{0.5, 0.5, 0.8}});
   EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
   ASSERT_TRUE(hitTestAndGrab(*plugin, 161, 39, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->grabOffsetX, 150 - 161);
-  EXPECT_EQ(plugin->grabOffsetY, 39 - 50);
+  EXPECT_EQ(plugin->view.grabOffsetX, 150 - 161);
+  EXPECT_EQ(plugin->view.grabOffsetY, 39 - 50);
 }
 
 TEST(Grab, EmptyFloorDeselectsEverythingUnlessLocked) {
@@ -55,12 +55,12 @@ TEST(Grab, EmptyFloorDeselectsEverythingUnlessLocked) {
   selectInputs(*plugin, {0, 1});
   EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
   EXPECT_TRUE(selectedInputs(*plugin).empty());
-  plugin->changeFlags = 0;
+  plugin->model.changeFlags = 0;
   EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->changeFlags.load(), 0u) << "nothing was selected, nothing to redraw";
+  EXPECT_EQ(plugin->model.changeFlags.load(), 0u) << "nothing was selected, nothing to redraw";
 
   selectInputs(*plugin, {1});
-  plugin->lockInputs = 1;
+  plugin->editor.lockInputs = 1;
   EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
   EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
   EXPECT_EQ(selectedInputs(*plugin), std::vector<int>{1});
@@ -69,28 +69,28 @@ TEST(Grab, EmptyFloorDeselectsEverythingUnlessLocked) {
 TEST(GrabSpeaker, OnlyInAUserSetupWhereTheRoomScaleDrawsIt) {
   // Speaker 0 at (0.5, 0.5) is drawn at (175, 50) with the room 1.5 wide; LFE speakers count too.
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}});
-  plugin->speakers[0].isLfe = 1;
-  plugin->spaceScaleX = 1.5;
+  plugin->model.speakers[0].isLfe = 1;
+  plugin->model.spaceScaleX = 1.5;
   EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
   ASSERT_TRUE(hitTestAndGrab(*plugin, 177, 48, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->dragSpeaker, 0);
-  EXPECT_EQ(plugin->dragInput, -1);
-  EXPECT_EQ(plugin->grabOffsetX, -2);
-  EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeSpeakers);
-  plugin->layoutPreset = 2;
+  EXPECT_EQ(plugin->view.dragSpeaker, 0);
+  EXPECT_EQ(plugin->view.dragInput, -1);
+  EXPECT_EQ(plugin->view.grabOffsetX, -2);
+  EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeSpeakers);
+  plugin->model.layoutPreset = 2;
   EXPECT_FALSE(hitTestAndGrab(*plugin, 177, 48, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->dragSpeaker, -1);
+  EXPECT_EQ(plugin->view.dragSpeaker, -1);
 }
 
 TEST(GrabSpeaker, InputsComeFirstAndLockedInputsLetSpeakersThrough) {
   auto plugin = makeUserSetup({{-0.9, -0.9, 0.0}});  // on top of the input
   EXPECT_TRUE(hitTestAndGrab(*plugin, 10, 190, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->dragInput, 0);
-  EXPECT_EQ(plugin->dragSpeaker, -1);
-  plugin->lockInputs = 1;
+  EXPECT_EQ(plugin->view.dragInput, 0);
+  EXPECT_EQ(plugin->view.dragSpeaker, -1);
+  plugin->editor.lockInputs = 1;
   EXPECT_TRUE(hitTestAndGrab(*plugin, 10, 190, kViewSize, kViewSize, false));
-  EXPECT_EQ(plugin->dragInput, -1);
-  EXPECT_EQ(plugin->dragSpeaker, 0);
+  EXPECT_EQ(plugin->view.dragInput, -1);
+  EXPECT_EQ(plugin->view.dragSpeaker, 0);
 }
 
 }  // namespace

@@ -16,12 +16,12 @@ class InlineView : public ::testing::Test {
  protected:
   void SetUp() override {
     fake_window::install();
-    plugin_->effect.object = plugin_.get();
+    plugin_->host.effect.object = plugin_.get();
   }
   void TearDown() override { fake_window::uninstall(); }
 
   VstIntPtr send(int message, void* block) {
-    return dispatcher(&plugin_->effect, effVendorSpecific, 16, 0, block,
+    return dispatcher(&plugin_->host.effect, effVendorSpecific, 16, 0, block,
                       static_cast<float>(message));
   }
   VstIntPtr mouse(int message, int mouseX, int mouseY) {
@@ -43,7 +43,7 @@ TEST_F(InlineView, AnswersTheQueryAndIgnoresWhatItDoesNotHandle) {
   EXPECT_EQ(mouse(WM_KEYDOWN, 150, 50), 0);
   EXPECT_EQ(send(0x7FFF, nullptr), 0);
   EXPECT_EQ(send(WM_LBUTTONDOWN, nullptr), 0);
-  EXPECT_EQ(plugin_->inputs[0].x, 0.5);
+  EXPECT_EQ(plugin_->model.inputs[0].x, 0.5);
   EXPECT_TRUE(host.calls().empty());
 }
 
@@ -60,31 +60,31 @@ TEST_F(InlineView, MinMaxInfoGetsTheHostsFlagAndMinimumWidth) {
 }
 
 TEST_F(InlineView, ADragAtTheInlineScaleMovesReportsAndRepaintsTheEditor) {
-  plugin_->inlineScale = 512;  // 8 px off the dot is a hit at 200 % only
-  plugin_->editorWindow = fake_window::kParent;
+  plugin_->view.inlineScale = 512;  // 8 px off the dot is a hit at 200 % only
+  plugin_->host.editorWindow = fake_window::kParent;
   RecordingHost host;
   EXPECT_EQ(mouse(WM_LBUTTONDOWN, 158, 50), 1);
-  EXPECT_EQ(plugin_->dragInput, 0);
+  EXPECT_EQ(plugin_->view.dragInput, 0);
   EXPECT_EQ(fake_window::calls, kRepaintEditor);
   fake_window::calls.clear();
   EXPECT_EQ(mouse(WM_MOUSEMOVE, 168, 40), 1);
   EXPECT_EQ(fake_window::calls, kRepaintEditor);
   EXPECT_EQ(mouse(WM_LBUTTONUP, 168, 40), 1);
-  EXPECT_NEAR(plugin_->inputs[0].x, 0.6, 1e-9);
-  EXPECT_NEAR(plugin_->inputs[0].y, 0.6, 1e-9);
+  EXPECT_NEAR(plugin_->model.inputs[0].x, 0.6, 1e-9);
+  EXPECT_NEAR(plugin_->model.inputs[0].y, 0.6, 1e-9);
   EXPECT_EQ(reportsOf(host).back(), endEdit(7));
-  EXPECT_EQ(plugin_->dragInput, -1);
+  EXPECT_EQ(plugin_->view.dragInput, -1);
 }
 
 TEST_F(InlineView, RightDragSelectsWithoutCaptureAndRepaintsOnlyAnOpenEditor) {
   selectInputs(*plugin_, {2});
   EXPECT_EQ(mouse(WM_RBUTTONDOWN, 40, 40), 1);
   EXPECT_EQ(mouse(WM_MOUSEMOVE, 120, 90), 1);
-  EXPECT_EQ(plugin_->bandRect[2], 120);
+  EXPECT_EQ(plugin_->view.bandRect[2], 120);
   EXPECT_EQ(mouse(WM_RBUTTONUP, 160, 110), 1);
   EXPECT_EQ(selectedInputs(*plugin_), (std::vector<int>{0, 1}));
-  EXPECT_EQ(plugin_->bandActive, 0);
-  plugin_->editorWindow = fake_window::kParent;
+  EXPECT_EQ(plugin_->view.bandActive, 0);
+  plugin_->host.editorWindow = fake_window::kParent;
   EXPECT_EQ(mouse(WM_MOUSEMOVE, 10, 10), 1);  // changes nothing
   EXPECT_TRUE(fake_window::calls.empty());
 }

@@ -22,11 +22,11 @@ TEST(FinishDrag, AClickSelectsAtTheGrabOnlyAnUnselectedInputTheRestAtReleaseWith
     RecordingHost host;
     ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
     EXPECT_EQ(selectedInputs(*plugin), c.atGrab) << c.what;
-    EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeSpeakers) << c.what;
-    plugin->changeFlags = 0;
+    EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeSpeakers) << c.what;
+    plugin->model.changeFlags = 0;
     finishDrag(*plugin);
     EXPECT_EQ(selectedInputs(*plugin), c.atRelease) << c.what;
-    EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeInputs) << c.what;
+    EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeInputs) << c.what;
     EXPECT_TRUE(host.calls().empty()) << c.what;
   }
 }
@@ -49,8 +49,8 @@ TEST(FinishDrag, AWholeGestureReportsEachStepThenEndsEveryValue) {
       automate(26, -0.4), endEdit(26),       automate(27, 0.0),  endEdit(27)};
   EXPECT_EQ(reportsOf(host), expected);
   EXPECT_EQ(selectedInputs(*plugin), (std::vector<int>{0, 2}));
-  EXPECT_EQ(plugin->dragInput, -1);
-  EXPECT_EQ(plugin->dragMoves, 0);
+  EXPECT_EQ(plugin->view.dragInput, -1);
+  EXPECT_EQ(plugin->view.dragMoves, 0);
 }
 
 TEST(FinishDrag, SpeakerEndsItsEditOnlyAfterMoving) {
@@ -66,7 +66,7 @@ TEST(FinishDrag, SpeakerEndsItsEditOnlyAfterMoving) {
   finishDrag(*plugin);
   EXPECT_EQ(reportsOf(host), (std::vector<Report>{automate(15, 0.3), endEdit(15), automate(16, 0.5),
                                                   endEdit(16), automate(17, 0.0), endEdit(17)}));
-  EXPECT_EQ(plugin->dragSpeaker, -1);
+  EXPECT_EQ(plugin->view.dragSpeaker, -1);
 }
 
 TEST(BandSelection, SelectsTheDotsInsideTheHalfOpenRectangle) {
@@ -91,22 +91,22 @@ TEST(BandSelection, SelectsTheDotsInsideTheHalfOpenRectangle) {
                             {-0.91, 0.7, 0.0},
                             {-0.6, 0.6, -1.0}});
     selectInputs(*plugin, {1, 2});
-    plugin->lockInputs = c.locked ? 1 : 0;
+    plugin->editor.lockInputs = c.locked ? 1 : 0;
     HeldKeys keys(c.shift, c.ctrl, false);
     RecordingHost host;
     startBandSelect(*plugin, c.fromX, c.fromY);
-    plugin->changeFlags = 0;
+    plugin->model.changeFlags = 0;
     finishBandSelect(*plugin, c.toX, c.toY, kViewSize, kViewSize);
     EXPECT_EQ(selectedInputs(*plugin), c.after) << c.what;
-    EXPECT_EQ(plugin->bandActive, 0) << c.what;
-    EXPECT_EQ(plugin->changeFlags.load(), kChangeEditor | kChangeInputs) << c.what;
+    EXPECT_EQ(plugin->view.bandActive, 0) << c.what;
+    EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeInputs) << c.what;
     EXPECT_TRUE(host.calls().empty()) << c.what;
   }
 }
 
 class ResetPositions : public ::testing::Test {
  protected:
-  void SetUp() override { plugin_->editorWindow = InfoLabelRecorder::editor(); }
+  void SetUp() override { plugin_->host.editorWindow = InfoLabelRecorder::editor(); }
   std::unique_ptr<PannerPlugin> plugin_ =
       makeRoom({{0.5, -0.25, 0.0}, {0.5, 0.5, 0.3}, {0.1, 0.1, 0.4}});
   InfoLabelRecorder label_;
@@ -116,16 +116,16 @@ class ResetPositions : public ::testing::Test {
 TEST_F(ResetPositions, RaisedInputsComeDownAndFloorInputsGoToTheCentre) {
   selectInputs(*plugin_, {0, 1});
   resetPositions(*plugin_);
-  EXPECT_EQ(plugin_->inputs[1].z, 0.0);
-  EXPECT_EQ(plugin_->inputs[1].x, 0.5);
-  EXPECT_EQ(plugin_->inputs[0].x, 0.0);
-  EXPECT_EQ(plugin_->inputs[2].z, 0.4) << "not selected";
+  EXPECT_EQ(plugin_->model.inputs[1].z, 0.0);
+  EXPECT_EQ(plugin_->model.inputs[1].x, 0.5);
+  EXPECT_EQ(plugin_->model.inputs[0].x, 0.0);
+  EXPECT_EQ(plugin_->model.inputs[2].z, 0.4) << "not selected";
   // A height reset reports x, y and z of every selected input, each value ended.
   EXPECT_EQ(reportsOf(host_),
             (std::vector<Report>{automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6),
                                  automate(7, 0.0), endEdit(7), automate(15, 0.5), endEdit(15),
                                  automate(16, 0.5), endEdit(16), automate(17, 0.0), endEdit(17)}));
-  EXPECT_EQ(plugin_->dirtyInputs, 3u);
+  EXPECT_EQ(plugin_->model.dirtyInputs, 3u);
   EXPECT_EQ(label_.calls(), (std::vector<std::string>{"kill 10", "text 1287 "}))
       << "two inputs selected: the readout is emptied";
 }
@@ -135,27 +135,27 @@ TEST_F(ResetPositions, FloorResetReportsXAndYAndOneSelectedInputIsShown) {
   resetPositions(*plugin_);
   EXPECT_EQ(label_.calls(), (std::vector<std::string>{"kill 10", "text 1287 50%R  50%F  (45 deg)",
                                                       "timer 10 2000"}));
-  plugin_->inputs[1].selected = 0;
-  plugin_->inputs[0].selected = 1;
+  plugin_->model.inputs[1].selected = 0;
+  plugin_->model.inputs[0].selected = 1;
   host_.clear();
   resetPositions(*plugin_);
-  EXPECT_EQ(plugin_->inputs[0].y, 0.0);
+  EXPECT_EQ(plugin_->model.inputs[0].y, 0.0);
   EXPECT_EQ(reportsOf(host_),
             (std::vector<Report>{automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6)}));
 }
 
 TEST_F(ResetPositions, DoesNothingWhenLockedOrAlreadyAtTheCentre) {
-  plugin_->inputs[0].x = plugin_->inputs[0].y = 0.0;
+  plugin_->model.inputs[0].x = plugin_->model.inputs[0].y = 0.0;
   selectInputs(*plugin_, {0});
   resetPositions(*plugin_);
   selectInputs(*plugin_, {1});
-  plugin_->lockInputs = 1;
+  plugin_->editor.lockInputs = 1;
   resetPositions(*plugin_);
   EXPECT_TRUE(host_.calls().empty());
   EXPECT_TRUE(label_.calls().empty());
-  EXPECT_EQ(plugin_->inputs[1].z, 0.3);
-  EXPECT_EQ(plugin_->dirtyInputs, 0u);
-  EXPECT_EQ(plugin_->changeFlags.load(), 0u);
+  EXPECT_EQ(plugin_->model.inputs[1].z, 0.3);
+  EXPECT_EQ(plugin_->model.dirtyInputs, 0u);
+  EXPECT_EQ(plugin_->model.changeFlags.load(), 0u);
 }
 
 }  // namespace

@@ -13,10 +13,10 @@ constexpr int kFrames = 64;
 
 std::unique_ptr<PannerPlugin> makeProcessingRoom() {
   auto plugin = makeEngineInstance(2);
-  plugin->zoom = 0.5;
-  plugin->inputs[0].x = 0.0;
-  plugin->inputs[0].y = 0.0;
-  plugin->inputs[1].selected = 0;
+  plugin->view.zoom = 0.5;
+  plugin->model.inputs[0].x = 0.0;
+  plugin->model.inputs[0].y = 0.0;
+  plugin->model.inputs[1].selected = 0;
   return plugin;
 }
 
@@ -42,13 +42,13 @@ TEST(SpaceMouseThreads, GainsFollowADragMadeWhileTheAudioThreadRuns) {
   processOnce(*dragged);
 
   auto reference = makeProcessingRoom();
-  reference->inputs[0].x = dragged->inputs[0].x;
-  reference->inputs[0].y = dragged->inputs[0].y;
+  reference->model.inputs[0].x = dragged->model.inputs[0].x;
+  reference->model.inputs[0].y = dragged->model.inputs[0].y;
   processOnce(*reference);
-  ASSERT_NE(dragged->inputs[0].x, 0.0);
-  ASSERT_EQ(dragged->targetGains.size(), reference->targetGains.size());
+  ASSERT_NE(dragged->model.inputs[0].x, 0.0);
+  ASSERT_EQ(dragged->mix.targetGains.size(), reference->mix.targetGains.size());
   for (int s = 0; s < dragged->speakerCount(); ++s) {
-    EXPECT_EQ(dragged->targetGains[s], reference->targetGains[s]) << "speaker " << s;
+    EXPECT_EQ(dragged->mix.targetGains[s], reference->mix.targetGains[s]) << "speaker " << s;
   }
   destroyEngine(*dragged);
   destroyEngine(*reference);

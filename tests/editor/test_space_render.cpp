@@ -22,8 +22,8 @@ using RoomPicture = PictureTest;
 
 TEST_F(RoomPicture, TheRoomOutlineFollowsTheRoomSize) {
   // A room half as wide and a quarter as deep: outline at x 100 - 48 and y 80 - round(19.2).
-  plugin.spaceScaleX = 0.5;
-  plugin.spaceScaleY = 0.25;
+  plugin.model.spaceScaleX = 0.5;
+  plugin.model.spaceScaleY = 0.25;
   const BitmapPtr bitmap = paint();
   EXPECT_EQ(at(bitmap, 52, 70), kRoomGrey);
   EXPECT_EQ(at(bitmap, 60, 61), kRoomGrey);
@@ -38,10 +38,10 @@ TEST_F(RoomPicture, NineInputsCycleThroughEightColoursAndDimWhenAnotherIsSoloed)
   for (int i = 0; i < 9; ++i) copyChannelName(place(i, spots[i][0], spots[i][1]).name, "x");
   const ViewGeometry view = viewGeometry(plugin, 200, 160);
   for (double alpha : {1.0, 0.5}) {
-    plugin.inputs[4].solo = alpha < 1.0;  // the soloed one stays bright
+    plugin.model.inputs[4].solo = alpha < 1.0;  // the soloed one stays bright
     const BitmapPtr bitmap = paint();
     for (int i = 0; i < 9; ++i) {
-      const ViewPoint p = projectInput(view, plugin, plugin.inputs[i]).raised;
+      const ViewPoint p = projectInput(view, plugin, plugin.model.inputs[i]).raised;
       const double expected = i == 4 ? 1.0 : alpha;
       EXPECT_TRUE(near(at(bitmap, p.x - 3, p.y + 2), over(inputPalette[i & 7], expected), 3)) << i;
     }
@@ -54,7 +54,7 @@ TEST_F(RoomPicture, UnsoloedSpeakersUseTheDimmedIconAndLfeSpeakersAreNotDrawn) {
   placeSpeaker(0, "b", 0.5, 0.0);            // (148, 80)
   placeSpeaker(1, "c", -0.5, 0.0).solo = 1;  // (52, 80)
   placeSpeaker(2, "LFE", 0.0, 0.5).isLfe = 1;
-  plugin.layoutPreset = 2;
+  plugin.model.layoutPreset = 2;
   const BitmapPtr bitmap = paint();
   EXPECT_GT(countNear(bitmap.get(), 140, 72, 155, 87, 0xFF808000, 0x10), 10);
   EXPECT_EQ(countYellow(bitmap, 140, 72, 155, 87), 0);
@@ -66,27 +66,27 @@ TEST_F(RoomPicture, UnsoloedSpeakersUseTheDimmedIconAndLfeSpeakersAreNotDrawn) {
 TEST_F(RoomPicture, PresetSpeakersAreNotLabelledAndADraggedOneShowsACrosshair) {
   counts(0, 1);
   placeSpeaker(0, "Rear", -0.5, -0.5);  // (52, 118): a user setup labels it on the left
-  plugin.layoutPreset = 0;
+  plugin.model.layoutPreset = 0;
   EXPECT_GT(countYellow(paint(), 10, 112, 43, 124), 5);
-  plugin.layoutPreset = 2;
-  plugin.dragSpeaker = 0;
+  plugin.model.layoutPreset = 2;
+  plugin.view.dragSpeaker = 0;
   const BitmapPtr dragged = paint();
   EXPECT_EQ(countYellow(dragged, 10, 112, 43, 124), 0);
   EXPECT_TRUE(yellowish(at(dragged, 46, 118)));
-  plugin.dragSpeaker = -1;
+  plugin.view.dragSpeaker = -1;
   EXPECT_FALSE(yellowish(at(paint(), 46, 118)));
 }
 
 TEST_F(RoomPicture, SelectionBandIsAnAdditiveFillWithAnOutline) {
-  plugin.bandActive = 1;
+  plugin.view.bandActive = 1;
   const std::int32_t band[4] = {60, 20, 20, 50};
-  std::copy(band, band + 4, plugin.bandRect);
+  std::copy(band, band + 4, plugin.view.bandRect);
   const BitmapPtr bitmap = paint();
   EXPECT_TRUE(near(at(bitmap, 30, 30), 0xFF282C2E, 1));  // 0x20 + 0x406070 / 8
   EXPECT_EQ(at(bitmap, 20, 30), 0xFF406070u);
   EXPECT_EQ(at(bitmap, 40, 50), 0xFF406070u);
   EXPECT_EQ(at(bitmap, 61, 30), kBackground);
-  plugin.bandActive = 0;
+  plugin.view.bandActive = 0;
   EXPECT_EQ(at(paint(), 30, 30), kBackground);
 }
 
@@ -114,21 +114,22 @@ using InlinePaint = PictureTest;
 
 TEST_F(InlinePaint, APollingPaintDrawsOnlyWhenThePictureChanged) {
   counts(1, 0);
-  plugin.changeFlags = 0;
-  plugin.inlineRedraw = 0;
+  plugin.model.changeFlags = 0;
+  plugin.view.inlineRedraw = 0;
   BitmapPtr bitmap = newBitmap(60, 40, 0xFF000000);
   EXPECT_EQ(paintInto(bitmap.get(), 1), 0);
   EXPECT_EQ(at(bitmap, 10, 10), 0xFF000000u);  // the host keeps its picture
-  plugin.changeFlags |= kChangeInputs;
+  plugin.model.changeFlags |= kChangeInputs;
   EXPECT_EQ(paintInto(bitmap.get(), 1), 1);
   EXPECT_EQ(at(bitmap, 10, 10), kBackground);
-  EXPECT_EQ(plugin.changeFlags.load(), kChangeInputs);  // the editor clears it, not the inline view
-  plugin.changeFlags = 0;
+  EXPECT_EQ(plugin.model.changeFlags.load(),
+            kChangeInputs);  // the editor clears it, not the inline view
+  plugin.model.changeFlags = 0;
   EXPECT_EQ(paintInto(bitmap.get(), 1), 0);
   EXPECT_EQ(paintInto(bitmap.get(), 0), 1);  // without the flag every paint draws
-  plugin.inlineRedraw = 1;                   // what the editor's paint leaves behind
+  plugin.view.inlineRedraw = 1;              // what the editor's paint leaves behind
   EXPECT_EQ(paintInto(bitmap.get(), 1), 1);
-  EXPECT_EQ(plugin.inlineRedraw.load(), 0);
+  EXPECT_EQ(plugin.view.inlineRedraw.load(), 0);
   EXPECT_EQ(paintInto(bitmap.get(), 1), 0);
 }
 
@@ -136,8 +137,8 @@ TEST_F(InlinePaint, NeedsABitmapAndABlock) {
   unsigned char block[40] = {};
   BitmapPtr bitmap = newBitmap(60, 40, 0xFF000000);
   const float paintMessage = static_cast<float>(WM_PAINT);
-  EXPECT_EQ(dispatcher(&plugin.effect, effVendorSpecific, 16, 0, block, paintMessage), 0);
-  EXPECT_EQ(dispatcher(&plugin.effect, effVendorSpecific, 16,
+  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16, 0, block, paintMessage), 0);
+  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16,
                        reinterpret_cast<VstIntPtr>(bitmap.get()), nullptr, paintMessage),
             0);
   EXPECT_EQ(at(bitmap, 10, 10), 0xFF000000u);
@@ -186,27 +187,27 @@ class EditorViewPicture : public PictureTest {
   }
   void TearDown() override {
     fake_window::uninstall();
-    delete plugin.viewFront;
-    delete plugin.viewBack;
+    delete plugin.view.viewFront;
+    delete plugin.view.viewBack;
   }
   void paintView() { fake_window::createdProcedure(fake_window::kView, WM_PAINT, 0, 0); }
-  DAUB_pixel front(int x, int y) { return graphics::DAUB_GetPixel(plugin.viewFront, x, y); }
-  DAUB_pixel back(int x, int y) { return graphics::DAUB_GetPixel(plugin.viewBack, x, y); }
+  DAUB_pixel front(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewFront, x, y); }
+  DAUB_pixel back(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewBack, x, y); }
 };
 
 TEST_F(EditorViewPicture, InputsAreDrawnOverTheKeptBackLayerWhenAnnounced) {
   counts(1, 0);
   copyChannelName(place(0, 0.5, 0.5).name, "a");
-  plugin.changeFlags = 0;
+  plugin.model.changeFlags = 0;
   paintView();  // the new back layer is drawn without being asked
-  ASSERT_NE(plugin.viewFront, nullptr);
+  ASSERT_NE(plugin.view.viewFront, nullptr);
   EXPECT_TRUE(near(front(151, 42), 0xFFFFFFFF, 3));
   EXPECT_EQ(back(151, 42), kBackground);
   EXPECT_EQ(front(30, 80), kRoomGrey);
   place(0, -0.5, -0.5);
   paintView();  // not announced: the kept picture stays
   EXPECT_NE(front(151, 42), kBackground);
-  plugin.changeFlags |= kChangeInputs;
+  plugin.model.changeFlags |= kChangeInputs;
   paintView();
   EXPECT_EQ(front(151, 42), kBackground);
   EXPECT_TRUE(near(front(49, 118), 0xFFFFFFFF, 3));

@@ -55,8 +55,8 @@ class SpaceViewControl : public ::testing::Test {
   void TearDown() override {
     fake_window::uninstall();
     hostApi = HostApi{};
-    delete plugin.viewFront;
-    delete plugin.viewBack;
+    delete plugin.view.viewFront;
+    delete plugin.view.viewBack;
     releaseSharedDrawingResources();
   }
 
@@ -103,49 +103,49 @@ TEST_F(SpaceViewControl, FirstPaintMakesScaledBitmapsDrawsAndCopiesToTheScreen) 
   hostApi.DAUB_CreateBitmap = &makeBitmap;
   hostApi.GetWindowDPIScalingForDialog = &dialogScale;
   create();
-  plugin.changeFlags = kChangeLevels;
+  plugin.model.changeFlags = kChangeLevels;
   EXPECT_EQ(send(WM_PAINT), fake_window::kDefaultAnswer);
   ASSERT_EQ(bitmapsMade.size(), 2u);
-  EXPECT_EQ(plugin.viewFront, bitmapsMade[0]);
-  EXPECT_EQ(plugin.viewBack, bitmapsMade[1]);
+  EXPECT_EQ(plugin.view.viewFront, bitmapsMade[0]);
+  EXPECT_EQ(plugin.view.viewBack, bitmapsMade[1]);
   EXPECT_EQ(bitmapsMade[0]->width, 120);
   EXPECT_EQ(bitmapsMade[1]->height, 90);
-  EXPECT_EQ(plugin.viewScale, 384);
+  EXPECT_EQ(plugin.view.viewScale, 384);
   EXPECT_EQ(bitmapsMade[1]->advisedScale, 384);
   // The new back layer forced a full redraw; the editor took bits 8 and 16, the inline view must
   // still repaint, other bits are left for the dialog.
-  EXPECT_EQ(plugin.changeFlags.load(), kChangeLevels);
-  EXPECT_EQ(plugin.inlineRedraw.load(), 1);
+  EXPECT_EQ(plugin.model.changeFlags.load(), kChangeLevels);
+  EXPECT_EQ(plugin.view.inlineRedraw.load(), 1);
   EXPECT_EQ(fake_window::calls, (Calls{"BeginPaint", "BitBlt screen 0 0 120 90 bitmap 0 0 0",
                                        "EndPaint", "DefWindowProc 0xf"}));
   // Later paints keep the bitmaps and flag the inline view only when the picture changed.
-  plugin.inlineRedraw = 0;
+  plugin.view.inlineRedraw = 0;
   send(WM_PAINT);
   EXPECT_EQ(bitmapsMade.size(), 2u);
-  EXPECT_EQ(plugin.inlineRedraw.load(), 0);
-  plugin.changeFlags |= kChangeInputs;
+  EXPECT_EQ(plugin.view.inlineRedraw.load(), 0);
+  plugin.model.changeFlags |= kChangeInputs;
   send(WM_PAINT);
-  EXPECT_EQ(plugin.inlineRedraw.load(), 1);
-  EXPECT_EQ(plugin.changeFlags.load(), kChangeLevels);
+  EXPECT_EQ(plugin.view.inlineRedraw.load(), 1);
+  EXPECT_EQ(plugin.model.changeFlags.load(), kChangeLevels);
 }
 
 TEST_F(SpaceViewControl, WithoutHostBitmapsThePaintStillValidates) {
   create();
   send(WM_PAINT);
-  EXPECT_EQ(plugin.viewFront, nullptr);
+  EXPECT_EQ(plugin.view.viewFront, nullptr);
   EXPECT_EQ(fake_window::calls, (Calls{"BeginPaint", "EndPaint", "DefWindowProc 0xf"}));
 }
 
 TEST_F(SpaceViewControl, ButtonUpsAndMovesActOnlyOnACaptureHeldForSomething) {
   setInputCount(plugin, 1);
   create();
-  plugin.bandActive = 1;
-  plugin.dragInput = 0;
+  plugin.view.bandActive = 1;
+  plugin.view.dragInput = 0;
   EXPECT_EQ(send(WM_RBUTTONUP, 5, 5), 0);  // no capture
   EXPECT_EQ(send(WM_LBUTTONUP, 5, 5), 0);
   fake_window::capture = fake_window::kView;
-  plugin.bandActive = 0;
-  plugin.dragInput = -1;
+  plugin.view.bandActive = 0;
+  plugin.view.dragInput = -1;
   EXPECT_EQ(send(WM_RBUTTONUP, 5, 5), 0);  // captured, nothing held
   EXPECT_EQ(send(WM_LBUTTONUP, 5, 5), 0);
   EXPECT_EQ(send(WM_MOUSEMOVE, 5, 5), fake_window::kDefaultAnswer);
@@ -156,40 +156,40 @@ TEST_F(SpaceViewControl, ButtonUpsAndMovesActOnlyOnACaptureHeldForSomething) {
 // (60, 45), 57.6 x 43.2 px per model unit.
 TEST_F(SpaceViewControl, ALeftDragGrabsMovesWithRefreshesReleasesAndADoubleClickResets) {
   setInputCount(plugin, 1);
-  plugin.inputs[0].x = 0.0;
-  plugin.inputs[0].y = 0.0;
+  plugin.model.inputs[0].x = 0.0;
+  plugin.model.inputs[0].y = 0.0;
   create();
   EXPECT_EQ(send(WM_LBUTTONDOWN, 10, 10), 0);  // empty floor: no capture
   EXPECT_TRUE(fake_window::calls.empty());
   EXPECT_EQ(send(WM_LBUTTONDOWN, 60, 45), 0);
-  EXPECT_EQ(plugin.dragInput, 0);
+  EXPECT_EQ(plugin.view.dragInput, 0);
   EXPECT_EQ(fake_window::calls, Calls{"SetCapture"});
   fake_window::calls.clear();
   EXPECT_EQ(send(WM_MOUSEMOVE, 89, 45), fake_window::kDefaultAnswer);
-  EXPECT_NEAR(plugin.inputs[0].x, 29 / 57.6, 1e-9);
+  EXPECT_NEAR(plugin.model.inputs[0].x, 29 / 57.6, 1e-9);
   EXPECT_EQ(fake_window::calls, (Calls{"SendMessage parent 0x113 1", "DefWindowProc 0x200"}));
   fake_window::calls.clear();
   EXPECT_EQ(send(WM_LBUTTONUP, 89, 45), 0);
-  EXPECT_EQ(plugin.dragInput, -1);
+  EXPECT_EQ(plugin.view.dragInput, -1);
   EXPECT_EQ(fake_window::calls, Calls{"ReleaseCapture"});
   EXPECT_EQ(send(WM_LBUTTONDBLCLK, 5, 5), 0);  // resets the selection, not what is under the mouse
-  EXPECT_EQ(plugin.inputs[0].x, 0.0);
+  EXPECT_EQ(plugin.model.inputs[0].x, 0.0);
 }
 
 TEST_F(SpaceViewControl, ARightDragSelectsWhatTheRectangleCovers) {
   setInputCount(plugin, 2);
-  plugin.inputs[0].x = 0.0;  // (60, 45)
-  plugin.inputs[0].y = 0.0;
-  plugin.inputs[1].x = 0.5;  // (89, 23)
-  plugin.inputs[1].y = 0.5;
+  plugin.model.inputs[0].x = 0.0;  // (60, 45)
+  plugin.model.inputs[0].y = 0.0;
+  plugin.model.inputs[1].x = 0.5;  // (89, 23)
+  plugin.model.inputs[1].y = 0.5;
   create();
   EXPECT_EQ(send(WM_RBUTTONDOWN, 50, 35), 0);
   send(WM_MOUSEMOVE, 70, 55);
-  EXPECT_EQ(plugin.bandRect[2], 70);
+  EXPECT_EQ(plugin.view.bandRect[2], 70);
   EXPECT_EQ(send(WM_RBUTTONUP, 70, 55), 0);
-  EXPECT_EQ(plugin.inputs[0].selected, 1);
-  EXPECT_EQ(plugin.inputs[1].selected, 0);
-  EXPECT_EQ(plugin.bandActive, 0);
+  EXPECT_EQ(plugin.model.inputs[0].selected, 1);
+  EXPECT_EQ(plugin.model.inputs[1].selected, 0);
+  EXPECT_EQ(plugin.view.bandActive, 0);
   EXPECT_EQ(fake_window::calls, (Calls{"SetCapture", "SendMessage parent 0x113 1",
                                        "DefWindowProc 0x200", "ReleaseCapture"}));
 }

@@ -11,8 +11,8 @@ using Channels = std::vector<std::vector<double>>;
 
 inline std::unique_ptr<PannerPlugin> makeEngineInstance(int channels) {
   auto plugin = makeInstance(channels);
-  plugin->effect.numInputs = plugin->inputCount();
-  plugin->effect.numOutputs = plugin->speakerCount();
+  plugin->host.effect.numInputs = plugin->inputCount();
+  plugin->host.effect.numOutputs = plugin->speakerCount();
   createMixEngine(*plugin);
   return plugin;
 }
@@ -30,7 +30,7 @@ inline Channels processBlock(PannerPlugin& plugin, Channels inputs, int outputCo
   std::vector<double*> out;
   for (auto& c : inputs) in.push_back(c.data());
   for (auto& c : outputs) out.push_back(c.data());
-  processDoubleReplacing(&plugin.effect, in.data(), out.data(), frames);
+  processDoubleReplacing(&plugin.host.effect, in.data(), out.data(), frames);
   return outputs;
 }
 

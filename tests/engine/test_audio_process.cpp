@@ -20,9 +20,9 @@ class AudioProcess : public ::testing::Test {
 
   // The one input sits on the left speaker: its gain reaches the left output unchanged.
   void inputOnLeftSpeaker(double gain) {
-    plugin->inputs[0].x = -1;
-    plugin->inputs[0].y = 0;
-    plugin->inputs[0].gain = gain;
+    plugin->model.inputs[0].x = -1;
+    plugin->model.inputs[0].y = 0;
+    plugin->model.inputs[0].gain = gain;
     markInputsDirty(*plugin, 0);
   }
   // Expected output s from the gains the routine settled on, for the given audible inputs.
@@ -30,7 +30,7 @@ class AudioProcess : public ::testing::Test {
     double sum = 0.0;
     for (int i : audible) {
       sum += in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)] *
-             plugin->appliedGains[i * plugin->gainCols + s];
+             plugin->mix.appliedGains[i * plugin->model.gainCols + s];
     }
     return sum;
   }
@@ -58,38 +58,38 @@ TEST_F(AudioProcess, AGainChangeGlidesAcrossExactlyOneBlock) {
 
 TEST_F(AudioProcess, ACountChangeAppliesTheNewGainsAtOnce) {
   inputOnLeftSpeaker(1.0);
-  plugin->inputs[0].x = -0.5;
-  plugin->inputs[0].y = 0.5;
+  plugin->model.inputs[0].x = -0.5;
+  plugin->model.inputs[0].y = 0.5;
   processBlock(*plugin, constant({1.0}, 8), 2, 8);
   applyLayoutPreset(*plugin, 5);  // 5.1: the input now sits nearest the front left
-  plugin->effect.numOutputs = 6;
+  plugin->host.effect.numOutputs = 6;
   const auto out = processBlock(*plugin, constant({1.0}, 8), 6, 8);
-  ASSERT_EQ(plugin->gainCols, 6);
+  ASSERT_EQ(plugin->model.gainCols, 6);
   for (int s = 0; s < 6; ++s) {
-    EXPECT_EQ(out[static_cast<std::size_t>(s)][0], plugin->targetGains[s]) << s;  // no fade in
+    EXPECT_EQ(out[static_cast<std::size_t>(s)][0], plugin->mix.targetGains[s]) << s;  // no fade in
   }
   EXPECT_GT(out[0][0], 0.0);
 }
 
 TEST_F(AudioProcess, SoloBeatsMuteAndSilencesTheRest) {
   setInputCount(*plugin, 3);
-  plugin->effect.numInputs = 3;
+  plugin->host.effect.numInputs = 3;
   const Channels in = constant({1.0, 10.0, 100.0}, 16);
-  plugin->inputs[0].solo = 1;
-  plugin->inputs[0].mute = 1;
+  plugin->model.inputs[0].solo = 1;
+  plugin->model.inputs[0].mute = 1;
   auto out = processBlock(*plugin, in, 2, 16);
   for (int s = 0; s < 2; ++s)
     EXPECT_EQ(out[static_cast<std::size_t>(s)][5], settled(in, s, 5, {0}));
-  plugin->inputs[0].solo = 0;  // no solo left: the muted input drops out, the others sound
+  plugin->model.inputs[0].solo = 0;  // no solo left: the muted input drops out, the others sound
   out = processBlock(*plugin, in, 2, 16);
   for (int s = 0; s < 2; ++s)
     EXPECT_DOUBLE_EQ(out[static_cast<std::size_t>(s)][5], settled(in, s, 5, {1, 2}));
-  plugin->speakers[1].mute = 1;
+  plugin->model.speakers[1].mute = 1;
   out = processBlock(*plugin, in, 2, 16, 99.0);
   EXPECT_EQ(out[1], std::vector<double>(16, 0.0));
-  plugin->speakers[1].mute = 0;
-  plugin->inputs[0].mute = 0;
-  plugin->speakers[0].solo = 1;
+  plugin->model.speakers[1].mute = 0;
+  plugin->model.inputs[0].mute = 0;
+  plugin->model.speakers[0].solo = 1;
   out = processBlock(*plugin, in, 2, 16, 99.0);
   EXPECT_EQ(out[1], std::vector<double>(16, 0.0));
   EXPECT_GT(out[0][0], 0.0);
@@ -99,51 +99,53 @@ TEST_F(AudioProcess, MetersShowInputAfterItsGainAndOutputsAfterTheMix) {
   inputOnLeftSpeaker(2.0);
   Channels in = constant({0.25}, 32);
   in[0][7] = -0.5;
-  plugin->inputPeaks[5] = 0.7;  // a slot past the inputs is cleared
+  plugin->mix.inputPeaks[5] = 0.7;  // a slot past the inputs is cleared
   processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 1.0);
-  EXPECT_EQ(plugin->inputPeaks[5].load(), 0.0);
-  EXPECT_EQ(plugin->speakerPeaks[0].load(), 1.0);
-  EXPECT_EQ(plugin->speakerPeaks[1].load(), 0.0);
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 1.0);
+  EXPECT_EQ(plugin->mix.inputPeaks[5].load(), 0.0);
+  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 1.0);
+  EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.0);
   processBlock(*plugin, constant({0.1}, 32), 2, 32);  // meters hold their peak
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 1.0);
-  plugin->inputs[0].mute = 1;
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 1.0);
+  plugin->model.inputs[0].mute = 1;
   processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.0);    // not audible
-  EXPECT_EQ(plugin->speakerPeaks[0].load(), 1.0);  // audible, silent this block: the peak holds
-  plugin->speakers[0].mute = 1;
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.0);  // not audible
+  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(),
+            1.0);  // audible, silent this block: the peak holds
+  plugin->model.speakers[0].mute = 1;
   processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->speakerPeaks[0].load(), 0.0);
+  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 0.0);
 }
 
 TEST_F(AudioProcess, AZeroFrameBlockWritesNothingAndSettlesPendingGains) {
   inputOnLeftSpeaker(1.0);
   processBlock(*plugin, constant({1.0}, 8), 2, 8);
-  plugin->speakers[1].mute = 1;
-  for (int j = 0; j < kMeterSlots; ++j) plugin->inputPeaks[j] = plugin->speakerPeaks[j] = 0.3;
-  setParameterValue(*plugin, 4, 0.125f);                         // gain 0.5
-  processDoubleReplacing(&plugin->effect, nullptr, nullptr, 0);  // hosts may pass no buffers
-  EXPECT_EQ(plugin->appliedGains[0], 0.5);
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.3);    // audible: left as it was
-  EXPECT_EQ(plugin->speakerPeaks[0].load(), 0.3);  // audible: left as it was
-  EXPECT_EQ(plugin->speakerPeaks[1].load(), 0.0);  // muted
+  plugin->model.speakers[1].mute = 1;
+  for (int j = 0; j < kMeterSlots; ++j)
+    plugin->mix.inputPeaks[j] = plugin->mix.speakerPeaks[j] = 0.3;
+  setParameterValue(*plugin, 4, 0.125f);                              // gain 0.5
+  processDoubleReplacing(&plugin->host.effect, nullptr, nullptr, 0);  // hosts may pass no buffers
+  EXPECT_EQ(plugin->mix.appliedGains[0], 0.5);
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.3);    // audible: left as it was
+  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 0.3);  // audible: left as it was
+  EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.0);  // muted
   for (int j = 2; j < kMeterSlots; ++j) {
-    EXPECT_EQ(plugin->inputPeaks[j - 1].load(), 0.0) << j - 1;  // no input there
-    EXPECT_EQ(plugin->speakerPeaks[j].load(), 0.0) << j;        // no speaker there
+    EXPECT_EQ(plugin->mix.inputPeaks[j - 1].load(), 0.0) << j - 1;  // no input there
+    EXPECT_EQ(plugin->mix.speakerPeaks[j].load(), 0.0) << j;        // no speaker there
   }
-  processDoubleReplacing(&plugin->effect, nullptr, nullptr, -5);  // as good as 0 frames
-  EXPECT_EQ(plugin->speakerPeaks[0].load(), 0.3);
+  processDoubleReplacing(&plugin->host.effect, nullptr, nullptr, -5);  // as good as 0 frames
+  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 0.3);
   const auto out = processBlock(*plugin, constant({1.0}, 4), 2, 4);
   EXPECT_EQ(out[0], std::vector<double>(4, 0.5));  // no ramp left over
 }
 
 TEST_F(AudioProcess, OnlyTheHostsBuffersUpToTheSpeakerCountAreWritten) {
   inputOnLeftSpeaker(1.0);
-  plugin->effect.numOutputs = 1;  // the host has not followed the count yet
+  plugin->host.effect.numOutputs = 1;  // the host has not followed the count yet
   auto out = processBlock(*plugin, constant({1.0}, 8), 3, 8, 99.0);
   EXPECT_EQ(out[0], std::vector<double>(8, 1.0));
   EXPECT_EQ(out[1], std::vector<double>(8, 99.0));
-  EXPECT_EQ(plugin->effect.numOutputs, 2);
+  EXPECT_EQ(plugin->host.effect.numOutputs, 2);
   out = processBlock(*plugin, constant({1.0}, 8), 3, 8, 99.0);
   EXPECT_EQ(out[1], std::vector<double>(8, 0.0));
   EXPECT_EQ(out[2], std::vector<double>(8, 99.0));  // past the speakers: untouched
@@ -151,10 +153,10 @@ TEST_F(AudioProcess, OnlyTheHostsBuffersUpToTheSpeakerCountAreWritten) {
 
 TEST_F(AudioProcess, AMutedInputFullOfInfinitiesCannotReachTheOutputs) {
   setInputCount(*plugin, 2);
-  plugin->effect.numInputs = 2;
+  plugin->host.effect.numInputs = 2;
   Channels in = constant({std::numeric_limits<double>::infinity(), 0.5}, 64);
   in[0][3] = std::numeric_limits<double>::quiet_NaN();
-  plugin->inputs[0].mute = 1;
+  plugin->model.inputs[0].mute = 1;
   for (int block = 0; block < 2; ++block) {
     const auto out = processBlock(*plugin, in, 2, 64);
     for (const auto& channel : out) {
@@ -179,9 +181,9 @@ void expectPerPairMix(const PannerPlugin& plugin, const Channels& in, const Chan
     for (int n = 0; n < frames; ++n) {
       double sum = 0.0;
       double scale = 0.0;
-      for (int i = 0; i < inputs && !plugin.speakers[s].mute; ++i) {
+      for (int i = 0; i < inputs && !plugin.model.speakers[s].mute; ++i) {
         if (!audible[static_cast<std::size_t>(i)]) continue;
-        const std::size_t cell = static_cast<std::size_t>(i * plugin.gainCols + s);
+        const std::size_t cell = static_cast<std::size_t>(i * plugin.model.gainCols + s);
         const double g = before[cell] + (n + 1.0) * ((after[cell] - before[cell]) / frames);
         sum += in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)] * g;
         scale += std::fabs(in[static_cast<std::size_t>(i)][static_cast<std::size_t>(n)] * g);
@@ -196,7 +198,7 @@ void expectPerPairMix(const PannerPlugin& plugin, const Channels& in, const Chan
 }
 
 std::vector<double> appliedGains(const PannerPlugin& plugin) {
-  return {plugin.appliedGains.begin(), plugin.appliedGains.end()};
+  return {plugin.mix.appliedGains.begin(), plugin.mix.appliedGains.end()};
 }
 
 }  // namespace
@@ -217,7 +219,7 @@ TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
                    << " host " << c.hostInputs << "x" << c.hostOutputs);
       auto plugin = makeEngineInstance(c.inputs);
       setSpeakerCount(*plugin, c.speakers);
-      plugin->effect.numOutputs = c.speakers;
+      plugin->host.effect.numOutputs = c.speakers;
       ASSERT_TRUE(forceMixPath(*plugin, path));
       Channels in(static_cast<std::size_t>(c.inputs),
                   std::vector<double>(static_cast<std::size_t>(c.frames)));
@@ -230,15 +232,15 @@ TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
       expectPerPairMix(*plugin, in, out, before, before, audible, c.inputs, c.speakers,
                        path == MixPath::Sse2);
       for (std::size_t i = 0; i < audible.size(); ++i) {
-        plugin->inputs[i].x = unit(random);
-        plugin->inputs[i].diffuse = unit(random) > 0 ? 0.3 : 0.0;
-        plugin->inputs[i].mute = unit(random) > 0.6;
-        audible[i] = !plugin->inputs[i].mute;
+        plugin->model.inputs[i].x = unit(random);
+        plugin->model.inputs[i].diffuse = unit(random) > 0 ? 0.3 : 0.0;
+        plugin->model.inputs[i].mute = unit(random) > 0.6;
+        audible[i] = !plugin->model.inputs[i].mute;
       }
-      if (c.inputs > 2) plugin->speakers[1 % c.speakers].mute = 1;
+      if (c.inputs > 2) plugin->model.speakers[1 % c.speakers].mute = 1;
       markInputsDirty(*plugin, kDirtyAllInputs);
-      plugin->effect.numInputs = c.hostInputs;
-      plugin->effect.numOutputs = c.hostOutputs;
+      plugin->host.effect.numInputs = c.hostInputs;
+      plugin->host.effect.numOutputs = c.hostOutputs;
       out = processBlock(*plugin, in, c.hostOutputs + 1, c.frames, 99.0);
       expectPerPairMix(*plugin, in, out, before, appliedGains(*plugin), audible,
                        std::min(c.inputs, c.hostInputs), std::min(c.speakers, c.hostOutputs),
@@ -285,9 +287,9 @@ TEST(AudioProcessFloatingPoint, TheCallersStateNeitherLeaksInNorIsLost) {
     auto plugin = makeEngineInstance(3);
     const int speakers = plugin->speakerCount();
     processBlock(*plugin, noise, speakers, 512);
-    plugin->inputs[0].x = plugin->speakers[0].x + 0.1;  // the block glides
-    plugin->inputs[0].y = plugin->speakers[0].y;
-    plugin->inputs[0].gain = 1.0 / 3.0;
+    plugin->model.inputs[0].x = plugin->model.speakers[0].x + 0.1;  // the block glides
+    plugin->model.inputs[0].y = plugin->model.speakers[0].y;
+    plugin->model.inputs[0].gain = 1.0 / 3.0;
     markInputsDirty(*plugin, kDirtyAllInputs);
     _mm_setcsr(state);
     outputs.push_back(processBlock(*plugin, noise, speakers, 512));

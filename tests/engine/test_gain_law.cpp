@@ -14,9 +14,9 @@ class GainLaw : public ::testing::Test {
   std::unique_ptr<PannerPlugin> plugin = makeInstance(1);
 
   void placeInput(double x, double y, double z = 0.0) {
-    plugin->inputs[0].x = x;
-    plugin->inputs[0].y = y;
-    plugin->inputs[0].z = z;
+    plugin->model.inputs[0].x = x;
+    plugin->model.inputs[0].y = y;
+    plugin->model.inputs[0].z = z;
   }
   void speakersAt(std::initializer_list<Position3> places) {
     setSpeakerCount(*plugin, static_cast<int>(places.size()));
@@ -25,11 +25,12 @@ class GainLaw : public ::testing::Test {
   }
   // Row 0 of targetGains, computed fresh.
   std::vector<double> row() {
-    plugin->gainRows = plugin->inputCount();
-    plugin->gainCols = plugin->speakerCount();
-    plugin->targetGains.resize(plugin->gainRows * plugin->gainCols);
+    plugin->model.gainRows = plugin->inputCount();
+    plugin->model.gainCols = plugin->speakerCount();
+    plugin->mix.targetGains.resize(plugin->model.gainRows * plugin->model.gainCols);
     computeInputGains(*plugin, 0);
-    return {plugin->targetGains.data(), plugin->targetGains.data() + plugin->gainCols};
+    return {plugin->mix.targetGains.data(),
+            plugin->mix.targetGains.data() + plugin->model.gainCols};
   }
 };
 
@@ -47,11 +48,11 @@ TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
   auto gains = row();  // Absolute without normalisation: the default
   expectRelative(gains[0], 0.21370467852847463);
   EXPECT_EQ(gains[1], 0.0);
-  plugin->optionFlags = 0;  // Absolute, normalised
+  plugin->model.optionFlags = 0;  // Absolute, normalised
   gains = row();
   EXPECT_EQ(gains[0], 1.0);
   EXPECT_EQ(gains[1], 0.0);
-  plugin->optionFlags = kOptionRelativeInfluence;
+  plugin->model.optionFlags = kOptionRelativeInfluence;
   gains = row();
   expectRelative(gains[0], 0.7973549540520413);
   expectRelative(gains[1], 0.20264504594795882);
@@ -60,9 +61,9 @@ TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
 TEST_F(GainLaw, SurroundInputOnAFrontSpeakerWithLfeSend) {
   applyLayoutPreset(*plugin, 5);
   placeInput(-1, 1);
-  plugin->inputs[0].lfeSend = 1.0;
+  plugin->model.inputs[0].lfeSend = 1.0;
   for (std::uint32_t flags : kModes) {
-    plugin->optionFlags = flags;
+    plugin->model.optionFlags = flags;
     EXPECT_EQ(row(), (std::vector<double>{1.0, 0.0, 0.0, 0.25, 0.0, 0.0})) << flags;
   }
 }
@@ -76,16 +77,16 @@ TEST_F(GainLaw, AbsoluteLawFromTheDeadZoneToTheEdgeOfReach) {
   const auto gains = row();
   expectRelative(gains[0], 1 - 0.08 / 0.98);
   EXPECT_GT(gains[0] + gains[1], 1.8);
-  plugin->optionFlags = 0;
+  plugin->model.optionFlags = 0;
   const auto normalised = row();
   EXPECT_DOUBLE_EQ(normalised[0] + normalised[1], 1.0);
 }
 
 TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
-  plugin->optionFlags = kOptionRelativeInfluence | kOptionNormalizeOff;
+  plugin->model.optionFlags = kOptionRelativeInfluence | kOptionNormalizeOff;
   speakersAt({{0, 0, 0}, {0, 0.5, 0}});
   placeInput(0.05, 0);
-  plugin->spaceScaleX = 1.0;
+  plugin->model.spaceScaleX = 1.0;
   const auto gains = row();
   const double dmin = (0.05 - 0.02) / 0.98;
   const double dFar = (std::sqrt(0.05 * 0.05 + 0.25) - 0.02) / 0.98;
@@ -96,7 +97,7 @@ TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
 }
 
 TEST_F(GainLaw, RelativeLawSilencesTheOppositeWall) {
-  plugin->optionFlags = kOptionRelativeInfluence;
+  plugin->model.optionFlags = kOptionRelativeInfluence;
   speakersAt({{-1, 0, 0}, {1, 0, 0}, {0.9, 0.5, 0}});
   placeInput(1, 0.3);
   const auto gains = row();
@@ -107,12 +108,12 @@ TEST_F(GainLaw, RelativeLawSilencesTheOppositeWall) {
 
 TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRowAndTheLfeIsNeverNormalised) {
   applyLayoutPreset(*plugin, 5);
-  plugin->optionFlags = 0;
+  plugin->model.optionFlags = 0;
   placeInput(-1, 1);
-  plugin->inputs[0].lfeSend = 4.0;
+  plugin->model.inputs[0].lfeSend = 4.0;
   EXPECT_EQ(row()[3], 1.0);
-  plugin->speakers[0].gain = plugin->speakers[3].gain = 0.5;
-  plugin->inputs[0].gain = 3.0;
+  plugin->model.speakers[0].gain = plugin->model.speakers[3].gain = 0.5;
+  plugin->model.inputs[0].gain = 3.0;
   const auto gains = row();
   EXPECT_EQ(gains[0], 1.5);
   EXPECT_EQ(gains[3], 1.5);
@@ -122,7 +123,7 @@ TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
   speakersAt({{0, 0.5, 0}, {0.25, 0.5, 0}, {0.5, 0.5, 0}});
   placeInput(0.25, 0.3);
   const auto plain = row();
-  plugin->centerTrim = 2.0;
+  plugin->model.centerTrim = 2.0;
   const auto trimmed = row();
   expectRelative(trimmed[0], plain[0] * 2.0);
   expectRelative(trimmed[1], plain[1] * 1.5);
@@ -132,17 +133,17 @@ TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
 TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
   speakersAt({{0.5, 0, 0}, {0, 0.5, 0}, {0.5, 0, 0.3}});
   placeInput(0, 0);
-  plugin->inputs[0].diffuse = 0.4;
+  plugin->model.inputs[0].diffuse = 0.4;
   auto gains = row();
   expectRelative(gains[0], 1 - (0.1 - 0.02) / 0.98);  // 0.1 beyond the corner (0.4, 0)
   expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
   expectRelative(gains[2], 1 - (0.1 + std::sqrt(0.34) - 0.5 - 0.02) / 0.98);  // height adds
-  plugin->inputs[0].diffuseBias = 1.0;  // no spread across: only depth
+  plugin->model.inputs[0].diffuseBias = 1.0;  // no spread across: only depth
   gains = row();
   expectRelative(gains[0], 1 - (0.5 - 0.4e-6 - 0.02) / 0.98);
   expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
-  plugin->inputs[0].diffuseBias = 0.0;
-  plugin->inputs[0].diffuseAngle = 0.25;  // turn by a quarter of pi: corners off the axes
+  plugin->model.inputs[0].diffuseBias = 0.0;
+  plugin->model.inputs[0].diffuseAngle = 0.25;  // turn by a quarter of pi: corners off the axes
   gains = row();
   const double edge = 0.5 - 0.4 / std::sqrt(2.0);  // distance from a diamond edge's midpoint
   EXPECT_NEAR(gains[0], 1 - (edge - 0.02) / 0.98, 1e-12);
@@ -152,30 +153,30 @@ TEST_F(GainLaw, TinyDiffusionTakesTheDiamondPathContinuously) {
   speakersAt({{0.6, 0.2, 0.4}});
   placeInput(0.1, -0.1, 0.2);
   const double point = row()[0];
-  plugin->inputs[0].diffuse = 1e-12;
+  plugin->model.inputs[0].diffuse = 1e-12;
   EXPECT_NEAR(row()[0], point, 1e-11);
 }
 
 TEST_F(GainLaw, NoReachAndNoWeightGiveZeroNotNaN) {
   speakersAt({{0, 0, 0}, {0.5, 0, 0}});
   placeInput(0, 0);
-  plugin->speakers[0].influence = 0.0;  // and at distance 0: 0 / 0
-  plugin->speakers[1].influence = 0.0;
+  plugin->model.speakers[0].influence = 0.0;  // and at distance 0: 0 / 0
+  plugin->model.speakers[1].influence = 0.0;
   for (std::uint32_t flags : kModes) {
-    plugin->optionFlags = flags;
+    plugin->model.optionFlags = flags;
     EXPECT_EQ(row(), (std::vector<double>{0.0, 0.0})) << flags;
   }
 }
 
 TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
-  plugin->gainRows = plugin->gainCols = 2;  // out of step with the counts
-  plugin->targetGains.resize(4);
-  plugin->targetGains[0] = 7.0;
+  plugin->model.gainRows = plugin->model.gainCols = 2;  // out of step with the counts
+  plugin->mix.targetGains.resize(4);
+  plugin->mix.targetGains[0] = 7.0;
   for (int row : {0, 5, -1}) computeInputGains(*plugin, row);
-  EXPECT_EQ(plugin->targetGains[0], 7.0);
+  EXPECT_EQ(plugin->mix.targetGains[0], 7.0);
   ASSERT_EQ(plugin->speakerCount(), 2);
-  plugin->gainRows = 1;  // in step with the counts, but the matrix is short of a row
-  plugin->targetGains.resize(1);
+  plugin->model.gainRows = 1;  // in step with the counts, but the matrix is short of a row
+  plugin->mix.targetGains.resize(1);
   computeInputGains(*plugin, 0);
-  EXPECT_EQ(plugin->targetGains[0], 7.0);
+  EXPECT_EQ(plugin->mix.targetGains[0], 7.0);
 }

@@ -65,7 +65,7 @@ class Blocks {
   }
   ~Blocks() { destroyEngine(*plugin_); }
   PannerPlugin& plugin() { return *plugin_; }
-  void run(int frames) { processDoubleReplacing(&plugin_->effect, ins_, outs_, frames); }
+  void run(int frames) { processDoubleReplacing(&plugin_->host.effect, ins_, outs_, frames); }
   int countedRun(int frames) {
     allocations = 0;
     counting = true;
@@ -91,29 +91,29 @@ TEST(RealTime, NoAllocationWhateverChangesWhileTheCountsStay) {
   const StableCase cases[] = {
       {"position ramps",
        [](PannerPlugin& p, int b) {
-         p.inputs[b % 8].y = 0.05 * b - 0.5;
+         p.model.inputs[b % 8].y = 0.05 * b - 0.5;
          markInputsDirty(p, b % 8);
        }},
       {"all gains glide",
        [](PannerPlugin& p, int b) {
-         for (InputChannel& input : p.inputs) input.gain = (b % 3) * 0.5;
+         for (InputChannel& input : p.model.inputs) input.gain = (b % 3) * 0.5;
          markInputsDirty(p, -1);
        }},
       {"mute and solo",
        [](PannerPlugin& p, int b) {
-         p.inputs[b % 8].mute = b % 2;
-         p.inputs[(b + 3) % 8].solo = b % 3 == 0;
-         p.speakers[(b + 5) % 8].solo = b % 4 == 0;
+         p.model.inputs[b % 8].mute = b % 2;
+         p.model.inputs[(b + 3) % 8].solo = b % 3 == 0;
+         p.model.speakers[(b + 5) % 8].solo = b % 4 == 0;
        }},
       {"parameters from the host",
        [](PannerPlugin& p, int b) {
-         setParameterSlot(&p.effect, 4 + 10 * (b % 8) + 1, 0.1f * static_cast<float>(b % 10));
-         setParameterSlot(&p.effect, 0, 0.3f + 0.01f * static_cast<float>(b));
+         setParameterSlot(&p.host.effect, 4 + 10 * (b % 8) + 1, 0.1f * static_cast<float>(b % 10));
+         setParameterSlot(&p.host.effect, 0, 0.3f + 0.01f * static_cast<float>(b));
        }},
       {"meter strip moves",
        [](PannerPlugin& p, int b) {
-         p.inputFaderOffset = b % 3;
-         p.speakerFaderOffset = b % 2;
+         p.editor.inputFaderOffset = b % 3;
+         p.editor.speakerFaderOffset = b % 2;
        }},
   };
   const int lengths[] = {512, 0, 1, 17, 0, 333};
@@ -138,7 +138,7 @@ TEST(RealTime, OnlyTheBlockAfterACountChangeMayAllocate) {
       {"more speakers", [](PannerPlugin& p) { setSpeakerCount(p, 40); }},
       {"fewer inputs", [](PannerPlugin& p) { setInputCount(p, 3); }},
       {"layout preset", [](PannerPlugin& p) { applyLayoutPreset(p, 7); }},
-      {"meter reset re-sizes", [](PannerPlugin& p) { p.gainRows = p.gainCols = -1; }},
+      {"meter reset re-sizes", [](PannerPlugin& p) { p.model.gainRows = p.model.gainCols = -1; }},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -148,7 +148,7 @@ TEST(RealTime, OnlyTheBlockAfterACountChangeMayAllocate) {
     blocks.run(64);  // may re-size the matrices
     int allocated = 0;
     for (int b = 0; b < 8; ++b) {
-      blocks.plugin().inputs[0].x = 0.1 * b - 0.4;
+      blocks.plugin().model.inputs[0].x = 0.1 * b - 0.4;
       markInputsDirty(blocks.plugin(), 0);
       allocated += blocks.countedRun(b % 2 == 0 ? 0 : 256);
     }

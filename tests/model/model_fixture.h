@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "model/counts.h"
+#include "model/field_table.h"
 #include "model/host_link.h"
 #include "model/layouts.h"
 #include "platform/host_functions.h"
@@ -73,10 +74,10 @@ class ShiftKey {
 // channel count is taken as it stands (construction turns counts outside 1..63 into 2).
 inline std::unique_ptr<PannerPlugin> makeInstance(int channels) {
   auto plugin = std::make_unique<PannerPlugin>();
-  plugin->effect.object = plugin.get();
-  plugin->effect.numInputs = channels;
-  plugin->effect.numOutputs = channels;
-  plugin->effect.numParams = parameterCountFor(0, 0);
+  plugin->host.effect.object = plugin.get();
+  plugin->host.effect.numInputs = channels;
+  plugin->host.effect.numOutputs = channels;
+  plugin->host.effect.numParams = parameterCountFor(0, 0);
   setInputCount(*plugin, channels);
   applyDefaultLayout(*plugin, channels);
   return plugin;

@@ -33,22 +33,22 @@ TEST(CountNotifications, ChangesReportTheMovedRangeThenIoThenTheSpeakerCount) {
       EXPECT_EQ(calls[2].value, 13);
       EXPECT_EQ(calls[2].ptrValue, c.newSpeakers);
     }
-    EXPECT_EQ(plugin->effect.numParams, 4 + 10 * c.newInputs + 7 * c.newSpeakers);
+    EXPECT_EQ(plugin->host.effect.numParams, 4 + 10 * c.newInputs + 7 * c.newSpeakers);
   }
 }
 
 TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
   RecordingHost host;
   auto plugin = makeInstance(2);
-  plugin->changeFlags = 0;
-  plugin->gainRows = plugin->gainCols = 2;
+  plugin->model.changeFlags = 0;
+  plugin->model.gainRows = plugin->model.gainCols = 2;
   host.clear();
   setInputCount(*plugin, 2);
   setSpeakerCount(*plugin, 2);
   EXPECT_TRUE(host.calls().empty());
-  EXPECT_EQ(plugin->changeFlags & kChangeCounts, kChangeCounts);
-  EXPECT_EQ(plugin->gainRows, -1);
-  EXPECT_EQ(plugin->gainCols, -1);
+  EXPECT_EQ(plugin->model.changeFlags & kChangeCounts, kChangeCounts);
+  EXPECT_EQ(plugin->model.gainRows, -1);
+  EXPECT_EQ(plugin->model.gainCols, -1);
 }
 
 TEST(CountLimits, CountsAreClampedTo0Through64) {
@@ -58,42 +58,42 @@ TEST(CountLimits, CountsAreClampedTo0Through64) {
   setSpeakerCount(*plugin, -5);
   EXPECT_EQ(plugin->inputCount(), 64);
   EXPECT_EQ(plugin->speakerCount(), 0);
-  EXPECT_EQ(plugin->effect.numParams, 4 + 640);
+  EXPECT_EQ(plugin->host.effect.numParams, 4 + 640);
 }
 
 TEST(FaderStrips, OffsetResetsWhenTheCountNoLongerReachesPastIt) {
   RecordingHost host;
   auto plugin = makeInstance(20);
-  plugin->inputFaderOffset = 12;
+  plugin->editor.inputFaderOffset = 12;
   setInputCount(*plugin, 24);
-  EXPECT_EQ(plugin->inputFaderOffset, 12);
+  EXPECT_EQ(plugin->editor.inputFaderOffset, 12);
   setInputCount(*plugin, 23);  // 23 - 11 = 12 <= 12
-  EXPECT_EQ(plugin->inputFaderOffset, 0);
+  EXPECT_EQ(plugin->editor.inputFaderOffset, 0);
   setSpeakerCount(*plugin, 30);
-  plugin->speakerFaderOffset = 16;
+  plugin->editor.speakerFaderOffset = 16;
   setSpeakerCount(*plugin, 28);
-  EXPECT_EQ(plugin->speakerFaderOffset, 16);
+  EXPECT_EQ(plugin->editor.speakerFaderOffset, 16);
   applyLayoutPreset(*plugin, 7);  // presets always start the strip over
-  EXPECT_EQ(plugin->speakerFaderOffset, 0);
+  EXPECT_EQ(plugin->editor.speakerFaderOffset, 0);
 }
 
 TEST(DirtyMarks, TargetsOneAllOrTheSelectedInputs) {
   RecordingHost host;
   auto plugin = makeInstance(6);
-  plugin->inputs[1].selected = plugin->inputs[3].selected = 1;
+  plugin->model.inputs[1].selected = plugin->model.inputs[3].selected = 1;
   const struct {
     int target;
     std::uint64_t marked;
   } cases[] = {{4, 0x10}, {6, 0}, {kDirtySelectedInputs, 0x0A}, {kDirtyAllInputs, 0x3F}};
   for (const auto& c : cases) {
-    plugin->dirtyInputs = 0;
+    plugin->model.dirtyInputs = 0;
     markInputsDirty(*plugin, c.target);
-    EXPECT_EQ(plugin->dirtyInputs, c.marked) << c.target;
+    EXPECT_EQ(plugin->model.dirtyInputs, c.marked) << c.target;
   }
   setInputCount(*plugin, 64);  // the last bit of the word
-  plugin->dirtyInputs = 0;
+  plugin->model.dirtyInputs = 0;
   markInputsDirty(*plugin, kDirtyAllInputs);
-  EXPECT_EQ(plugin->dirtyInputs, ~std::uint64_t{0});
+  EXPECT_EQ(plugin->model.dirtyInputs, ~std::uint64_t{0});
 }
 
 TEST(InputLock, StoredAndReportedToAnOpenEditorOnlyAndClearedByCountChanges) {
@@ -103,14 +103,14 @@ TEST(InputLock, StoredAndReportedToAnOpenEditorOnlyAndClearedByCountChanges) {
   editorCalls = 0;
   onLockInputsChanged = [](PannerPlugin&) { ++editorCalls; };
   setLockInputs(*plugin, true);
-  EXPECT_EQ(plugin->lockInputs, 1);
+  EXPECT_EQ(plugin->editor.lockInputs, 1);
   EXPECT_EQ(editorCalls, 0);  // no editor open
-  plugin->editorWindow = reinterpret_cast<HWND>(1);
+  plugin->host.editorWindow = reinterpret_cast<HWND>(1);
   setLockInputs(*plugin, true);
   EXPECT_EQ(editorCalls, 1);
   setInputCount(*plugin, 3);
-  EXPECT_EQ(plugin->lockInputs, 0);
+  EXPECT_EQ(plugin->editor.lockInputs, 0);
   EXPECT_EQ(editorCalls, 2);
-  plugin->editorWindow = nullptr;
+  plugin->host.editorWindow = nullptr;
   onLockInputsChanged = nullptr;
 }

@@ -79,10 +79,10 @@ TEST(LayoutPresets, EveryPresetLaysOutItsExactSpeakers) {
     applyLayoutPreset(*plugin, preset.index);
     const std::vector<Place> expected = placesOf(preset.speakers);
     ASSERT_EQ(plugin->speakerCount(), static_cast<int>(expected.size()));
-    EXPECT_EQ(plugin->layoutPreset, preset.index);
-    EXPECT_EQ(plugin->effect.numParams, 4 + 20 + 7 * plugin->speakerCount());
+    EXPECT_EQ(plugin->model.layoutPreset, preset.index);
+    EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7 * plugin->speakerCount());
     for (int i = 0; i < plugin->speakerCount(); ++i) {
-      const Speaker& s = plugin->speakers[i];
+      const Speaker& s = plugin->model.speakers[i];
       const Place& e = expected[static_cast<std::size_t>(i)];
       EXPECT_STREQ(s.name, e.name);
       EXPECT_EQ(s.x, e.x);  // exact doubles
@@ -100,12 +100,12 @@ TEST(LayoutPresets, UserSetupAndUnknownIndexesLeaveNoSpeakers) {
   RecordingHost host;
   for (int index : {0, 11, -3}) {
     auto plugin = makeInstance(3);
-    plugin->speakerFaderOffset = 8;
+    plugin->editor.speakerFaderOffset = 8;
     applyLayoutPreset(*plugin, index);
     EXPECT_EQ(plugin->speakerCount(), 0);
-    EXPECT_EQ(plugin->layoutPreset, -1);
-    EXPECT_EQ(plugin->effect.numParams, 3 * 10 + 4);
-    EXPECT_EQ(plugin->speakerFaderOffset, 0);
+    EXPECT_EQ(plugin->model.layoutPreset, -1);
+    EXPECT_EQ(plugin->host.effect.numParams, 3 * 10 + 4);
+    EXPECT_EQ(plugin->editor.speakerFaderOffset, 0);
   }
 }
 
@@ -119,17 +119,18 @@ TEST(CustomSpeakerCount, RenamesPresetSpeakersAndKeepsTheirPlaces) {
   auto plugin = makeInstance(2);
   applyLayoutPreset(*plugin, 9);  // 7.1 ITU-R
   setSpeakerCount(*plugin, 10);
-  EXPECT_EQ(plugin->layoutPreset, 0);
-  EXPECT_EQ(plugin->userSpeakerCount, 10);
+  EXPECT_EQ(plugin->model.layoutPreset, 0);
+  EXPECT_EQ(plugin->model.userSpeakerCount, 10);
   for (int i = 0; i < 10; ++i) {
-    EXPECT_EQ(plugin->speakers[i].name, "speaker " + std::string(1, static_cast<char>('A' + i)));
+    EXPECT_EQ(plugin->model.speakers[i].name,
+              "speaker " + std::string(1, static_cast<char>('A' + i)));
   }
-  EXPECT_EQ(plugin->speakers[0].x, -0.49999999999999994);
-  EXPECT_EQ(plugin->speakers[3].isLfe, 1);  // an LFE speaker stays LFE under its new name
-  for (const int i : {8, 9}) {              // new speakers follow an ITU layout
-    EXPECT_EQ(plugin->speakers[i].x, i == 8 ? -0.25 : 0.25);
-    EXPECT_EQ(plugin->speakers[i].y, 0.5);
-    EXPECT_EQ(plugin->speakers[i].influence, 0.875);
+  EXPECT_EQ(plugin->model.speakers[0].x, -0.49999999999999994);
+  EXPECT_EQ(plugin->model.speakers[3].isLfe, 1);  // an LFE speaker stays LFE under its new name
+  for (const int i : {8, 9}) {                    // new speakers follow an ITU layout
+    EXPECT_EQ(plugin->model.speakers[i].x, i == 8 ? -0.25 : 0.25);
+    EXPECT_EQ(plugin->model.speakers[i].y, 0.5);
+    EXPECT_EQ(plugin->model.speakers[i].influence, 0.875);
   }
 }
 
@@ -137,37 +138,37 @@ TEST(CustomSpeakerCount, KeepsNamesOfACustomLayoutNamesByAlphabetRoundsAndStopsA
   RecordingHost host;
   auto plugin = makeInstance(2);
   setSpeakerCount(*plugin, 3);
-  copyChannelName(plugin->speakers[1].name, "my sub");
+  copyChannelName(plugin->model.speakers[1].name, "my sub");
   setSpeakerCount(*plugin, 100);
   EXPECT_EQ(plugin->speakerCount(), 64);
-  EXPECT_EQ(plugin->userSpeakerCount, 64);
-  EXPECT_EQ(plugin->effect.numParams, 4 + 20 + 7 * 64);
-  EXPECT_STREQ(plugin->speakers[1].name, "my sub");
-  EXPECT_STREQ(plugin->speakers[25].name, "speaker Z");
-  EXPECT_STREQ(plugin->speakers[26].name, "speaker A2");
-  EXPECT_STREQ(plugin->speakers[52].name, "speaker A3");
-  EXPECT_STREQ(plugin->speakers[63].name, "speaker L3");
-  EXPECT_EQ(plugin->speakers[15].x, 0.5);  // row 15 repeats row 13
-  EXPECT_EQ(plugin->speakers[15].y, 0.25);
-  EXPECT_EQ(plugin->speakers[16].x, 0.0);
-  EXPECT_EQ(plugin->speakers[16].influence, 1.0);
+  EXPECT_EQ(plugin->model.userSpeakerCount, 64);
+  EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7 * 64);
+  EXPECT_STREQ(plugin->model.speakers[1].name, "my sub");
+  EXPECT_STREQ(plugin->model.speakers[25].name, "speaker Z");
+  EXPECT_STREQ(plugin->model.speakers[26].name, "speaker A2");
+  EXPECT_STREQ(plugin->model.speakers[52].name, "speaker A3");
+  EXPECT_STREQ(plugin->model.speakers[63].name, "speaker L3");
+  EXPECT_EQ(plugin->model.speakers[15].x, 0.5);  // row 15 repeats row 13
+  EXPECT_EQ(plugin->model.speakers[15].y, 0.25);
+  EXPECT_EQ(plugin->model.speakers[16].x, 0.0);
+  EXPECT_EQ(plugin->model.speakers[16].influence, 1.0);
 }
 
 TEST(RingMode, NeedsShiftAndAtLeast32AndReinitialisesEveryInput) {
   RecordingHost host;
   auto plugin = makeInstance(2);
-  plugin->inputs[0].gain = 3.0;
+  plugin->model.inputs[0].gain = 3.0;
   ShiftKey shift(true);
   setSpeakerCount(*plugin, 31);
-  EXPECT_EQ(plugin->speakers[2].x, -0.5);  // the custom table, not the ring
-  EXPECT_EQ(plugin->speakers[2].y, -0.5);
+  EXPECT_EQ(plugin->model.speakers[2].x, -0.5);  // the custom table, not the ring
+  EXPECT_EQ(plugin->model.speakers[2].y, -0.5);
   setSpeakerCount(*plugin, 32);
-  for (int i = 0; i < 32; ++i) EXPECT_EQ(plugin->speakers[i].influence, 0.5);
-  EXPECT_EQ(plugin->speakers[0].x, 0.0);  // straight ahead on the ring
-  EXPECT_EQ(plugin->speakers[0].y, 0.5);
+  for (int i = 0; i < 32; ++i) EXPECT_EQ(plugin->model.speakers[i].influence, 0.5);
+  EXPECT_EQ(plugin->model.speakers[0].x, 0.0);  // straight ahead on the ring
+  EXPECT_EQ(plugin->model.speakers[0].y, 0.5);
   setInputCount(*plugin, 48);
-  EXPECT_EQ(plugin->inputs[0].gain, 1.0);
-  EXPECT_EQ(plugin->inputs[47].z, -0.5);  // the lower pole comes last
+  EXPECT_EQ(plugin->model.inputs[0].gain, 1.0);
+  EXPECT_EQ(plugin->model.inputs[47].z, -0.5);  // the lower pole comes last
 }
 
 TEST(InputCount, NewInputsGetDefaultPlacesAndKeptOnesStay) {
@@ -175,22 +176,22 @@ TEST(InputCount, NewInputsGetDefaultPlacesAndKeptOnesStay) {
   auto plugin = makeInstance(4);
   const double places[4][2] = {{-0.25, 0.25}, {0.25, 0.25}, {0, 0.125}, {0, 0}};
   for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(std::string(plugin->inputs[i].name), "channel " + std::to_string(i + 1));
-    EXPECT_EQ(plugin->inputs[i].x, places[i][0]);
-    EXPECT_EQ(plugin->inputs[i].y, places[i][1]);
-    EXPECT_EQ(plugin->inputs[i].gain, 1.0);
+    EXPECT_EQ(std::string(plugin->model.inputs[i].name), "channel " + std::to_string(i + 1));
+    EXPECT_EQ(plugin->model.inputs[i].x, places[i][0]);
+    EXPECT_EQ(plugin->model.inputs[i].y, places[i][1]);
+    EXPECT_EQ(plugin->model.inputs[i].gain, 1.0);
   }
-  plugin->inputs[1].gain = 2.0;
-  plugin->inputs[3].x = 0.7;
-  copyChannelName(plugin->inputs[1].name, "vocals");
+  plugin->model.inputs[1].gain = 2.0;
+  plugin->model.inputs[3].x = 0.7;
+  copyChannelName(plugin->model.inputs[1].name, "vocals");
   setInputCount(*plugin, 2);
   setInputCount(*plugin, 4);
-  EXPECT_STREQ(plugin->inputs[1].name, "vocals");
-  EXPECT_EQ(plugin->inputs[1].gain, 2.0);
-  EXPECT_EQ(plugin->inputs[3].x, 0.0);  // re-added: fresh defaults
-  plugin->inputs[0].name[0] = '\0';
+  EXPECT_STREQ(plugin->model.inputs[1].name, "vocals");
+  EXPECT_EQ(plugin->model.inputs[1].gain, 2.0);
+  EXPECT_EQ(plugin->model.inputs[3].x, 0.0);  // re-added: fresh defaults
+  plugin->model.inputs[0].name[0] = '\0';
   setInputCount(*plugin, 4);
-  EXPECT_STREQ(plugin->inputs[0].name, "channel 1");  // an empty name is filled in
+  EXPECT_STREQ(plugin->model.inputs[0].name, "channel 1");  // an empty name is filled in
 }
 
 TEST(RingPositions, RingsLayersAndPolesAtTheirAngles) {

@@ -23,8 +23,8 @@ class Parameters : public ::testing::Test {
   RecordingHost host;
   std::unique_ptr<PannerPlugin> plugin = makeInstance(2);  // 2 inputs, stereo
   void clearMarks() {
-    plugin->dirtyInputs = 0;
-    plugin->changeFlags = 0;
+    plugin->model.dirtyInputs = 0;
+    plugin->model.changeFlags = 0;
   }
 };
 
@@ -32,7 +32,7 @@ class Parameters : public ::testing::Test {
 
 TEST_F(Parameters, NamesFollowTheIndexLayout) {
   applyLayoutPreset(*plugin, 5);
-  EXPECT_EQ(plugin->effect.numParams, 66);
+  EXPECT_EQ(plugin->host.effect.numParams, 66);
   const struct {
     int index;
     const char* name;
@@ -47,7 +47,7 @@ TEST_F(Parameters, NamesFollowTheIndexLayout) {
 }
 
 TEST_F(Parameters, LongSpeakerNamesAreCutSoTheWordFits) {
-  copyChannelName(plugin->speakers[0].name, "a very long speaker name indeed");
+  copyChannelName(plugin->model.speakers[0].name, "a very long speaker name indeed");
   const int gain = 24;
   EXPECT_EQ(nameOf(*plugin, gain, 16), "a very l gain");  // precision 16 - 8
   EXPECT_EQ(nameOf(*plugin, gain, 10), "a very l ");      // short buffers: 8, then cut by size
@@ -65,21 +65,21 @@ TEST(ParameterValues, MapEachFieldBothWaysWithinItsRange) {
     double model;
     float readBack;
   } cases[] = {
-      {0, 0.25f, [](const PannerPlugin& p) { return p.spaceScaleX; }, 0.5, 0.25f},
-      {0, 0.0f, [](const PannerPlugin& p) { return p.spaceScaleX; }, 2e-6, 1e-6f},  // a floor
-      {2, 1.0f, [](const PannerPlugin& p) { return p.spaceScaleZ; }, 2.0, 1.0f},
-      {3, 0.5f, [](const PannerPlugin& p) { return p.centerTrim; }, 2.0, 0.5f},
-      {4, 7.0f, [](const PannerPlugin& p) { return p.inputs[0].gain; }, 4.0, 1.0f},
-      {4, nan, [](const PannerPlugin& p) { return p.inputs[0].gain; }, 1.0, 0.25f},
-      {4, inf, [](const PannerPlugin& p) { return p.inputs[0].gain; }, 1.0, 0.25f},
-      {5, 0.75f, [](const PannerPlugin& p) { return p.inputs[0].x; }, 0.5, 0.75f},
-      {5, -3.0f, [](const PannerPlugin& p) { return p.inputs[0].x; }, -1.0, 0.0f},
-      {10, 0.0f, [](const PannerPlugin& p) { return p.inputs[0].diffuseBias; }, -1.0, 0.0f},
-      {11, 0.3f, [](const PannerPlugin& p) { return p.inputs[0].diffuseAngle; }, 0.3f, 0.3f},
-      {12, 0.5f, [](const PannerPlugin& p) { return double(p.inputs[0].mute); }, 1, 1.0f},
-      {28, 0.25f, [](const PannerPlugin& p) { return p.speakers[0].influence; }, 0.5, 0.25f},
-      {29, 0.49f, [](const PannerPlugin& p) { return double(p.speakers[0].mute); }, 0, 0.0f},
-      {30, 0.5f, [](const PannerPlugin& p) { return double(p.speakers[0].solo); }, 1, 1.0f},
+      {0, 0.25f, [](const PannerPlugin& p) { return p.model.spaceScaleX; }, 0.5, 0.25f},
+      {0, 0.0f, [](const PannerPlugin& p) { return p.model.spaceScaleX; }, 2e-6, 1e-6f},  // a floor
+      {2, 1.0f, [](const PannerPlugin& p) { return p.model.spaceScaleZ; }, 2.0, 1.0f},
+      {3, 0.5f, [](const PannerPlugin& p) { return p.model.centerTrim; }, 2.0, 0.5f},
+      {4, 7.0f, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 4.0, 1.0f},
+      {4, nan, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 1.0, 0.25f},
+      {4, inf, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 1.0, 0.25f},
+      {5, 0.75f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, 0.5, 0.75f},
+      {5, -3.0f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, -1.0, 0.0f},
+      {10, 0.0f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseBias; }, -1.0, 0.0f},
+      {11, 0.3f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseAngle; }, 0.3f, 0.3f},
+      {12, 0.5f, [](const PannerPlugin& p) { return double(p.model.inputs[0].mute); }, 1, 1.0f},
+      {28, 0.25f, [](const PannerPlugin& p) { return p.model.speakers[0].influence; }, 0.5, 0.25f},
+      {29, 0.49f, [](const PannerPlugin& p) { return double(p.model.speakers[0].mute); }, 0, 0.0f},
+      {30, 0.5f, [](const PannerPlugin& p) { return double(p.model.speakers[0].solo); }, 1, 1.0f},
   };
   RecordingHost host;
   for (const auto& c : cases) {
@@ -96,10 +96,10 @@ TEST_F(Parameters, OutsideTheListOrWhileAChannelChangeIsPendingNothingIsSet) {
   setParameterValue(*plugin, -7, 0.5f);
   EXPECT_EQ(getParameterValue(*plugin, 66), 0.0f);
   EXPECT_EQ(getParameterValue(*plugin, -1), 0.0f);
-  plugin->pendingArrangement = 0x0202;
+  plugin->host.pendingArrangement = 0x0202;
   setParameterValue(*plugin, 4, 0.5f);
-  EXPECT_EQ(plugin->inputs[0].gain, 1.0);
-  plugin->inputs[0].diffuseAngle = -0.5;  // a group rotation may leave it below 0
+  EXPECT_EQ(plugin->model.inputs[0].gain, 1.0);
+  plugin->model.inputs[0].diffuseAngle = -0.5;  // a group rotation may leave it below 0
   EXPECT_EQ(getParameterValue(*plugin, 11), -0.5f);
 }
 
@@ -119,19 +119,19 @@ TEST_F(Parameters, EachKindMarksItsRowsAndFlags) {
   for (const auto& c : cases) {
     clearMarks();
     setParameterValue(*plugin, c.index, c.value);
-    EXPECT_EQ(plugin->dirtyInputs, c.dirty) << c.index;
-    EXPECT_EQ(plugin->changeFlags.load(), c.flags) << c.index;
+    EXPECT_EQ(plugin->model.dirtyInputs, c.dirty) << c.index;
+    EXPECT_EQ(plugin->model.changeFlags.load(), c.flags) << c.index;
     clearMarks();
     setParameterValue(*plugin, c.index, c.value);  // the same value again marks nothing
-    EXPECT_EQ(plugin->dirtyInputs, 0u) << c.index;
-    EXPECT_EQ(plugin->changeFlags.load(), 0u) << c.index;
+    EXPECT_EQ(plugin->model.dirtyInputs, 0u) << c.index;
+    EXPECT_EQ(plugin->model.changeFlags.load(), 0u) << c.index;
   }
   EXPECT_TRUE(host.calls().empty());  // a host's own change is never echoed back
 }
 
 TEST_F(Parameters, DisplayTextsOfCurrentAndGivenValues) {
-  plugin->inputs[0].gain = 0.5;
-  plugin->inputs[0].diffuseAngle = -0.5;  // a group rotation may leave it below 0
+  plugin->model.inputs[0].gain = 0.5;
+  plugin->model.inputs[0].diffuseAngle = -0.5;  // a group rotation may leave it below 0
   const float nan = std::numeric_limits<float>::quiet_NaN();
   const struct {
     int index;
@@ -158,11 +158,11 @@ TEST_F(Parameters, DisplayTextsOfCurrentAndGivenValues) {
 
 TEST_F(Parameters, EditorReportsAreAutomationThenEndEditOfTheTouchedValues) {
   setInputCount(*plugin, 3);
-  plugin->inputs[1].solo = 1;
-  plugin->inputs[0].selected = plugin->inputs[2].selected = 1;
-  plugin->inputs[2].x = 0.5;
-  plugin->inputs[2].z = -1.0;
-  plugin->inputs[2].diffuseBias = 0.5;
+  plugin->model.inputs[1].solo = 1;
+  plugin->model.inputs[0].selected = plugin->model.inputs[2].selected = 1;
+  plugin->model.inputs[2].x = 0.5;
+  plugin->model.inputs[2].z = -1.0;
+  plugin->model.inputs[2].diffuseBias = 0.5;
   const int in3 = 4 + 20;
   const struct {
     std::function<void()> edit;
@@ -223,6 +223,6 @@ TEST(ParameterThreads, HostAccessDuringCountChangesStaysInsideTheArrays) {
   counts.join();
   EXPECT_EQ(plugin->inputCount(), 1);
   EXPECT_EQ(plugin->speakerCount(), 64);
-  EXPECT_EQ(plugin->effect.numParams, parameterCountFor(1, 64));
+  EXPECT_EQ(plugin->host.effect.numParams, parameterCountFor(1, 64));
   EXPECT_EQ(nameOf(*plugin, parameterCountFor(1, 64) - 1), "speaker L3 solo");
 }

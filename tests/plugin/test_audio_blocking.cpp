@@ -83,14 +83,14 @@ void probeBlock(PannerPlugin& plugin) {
     ins[c] = in[c];
     outs[c] = out[c];
   }
-  probe.lockWasFree = pthread_mutex_trylock(&plugin.modelMutex) == 0;
-  if (probe.lockWasFree) pthread_mutex_unlock(&plugin.modelMutex);
-  probe.gainRowsBefore = plugin.gainRows;
+  probe.lockWasFree = pthread_mutex_trylock(&plugin.host.modelMutex) == 0;
+  if (probe.lockWasFree) pthread_mutex_unlock(&plugin.host.modelMutex);
+  probe.gainRowsBefore = plugin.model.gainRows;
   waits = WaitLog{};
-  plugin.effect.processDoubleReplacing(&plugin.effect, ins, outs, 64);
+  plugin.host.effect.processDoubleReplacing(&plugin.host.effect, ins, outs, 64);
   probe.waited = waits;
-  probe.gainRowsAfter = plugin.gainRows;
-  probe.gainColsAfter = plugin.gainCols;
+  probe.gainRowsAfter = plugin.model.gainRows;
+  probe.gainColsAfter = plugin.model.gainCols;
 }
 
 // [UI thread, inside a notification] Another thread processes a block while the host is told.
@@ -146,7 +146,7 @@ TEST(AudioBlocking, ABlockCompletesWhileTheHostIsToldOfACountChange) {
     EXPECT_EQ(probe.gainColsAfter, c.speakers);
 #if SPATIOLA_WATCH_WAITS
     EXPECT_EQ(probe.waited.mutexLocks, 1);
-    EXPECT_EQ(probe.waited.lastMutex, &plugin.modelMutex);
+    EXPECT_EQ(probe.waited.lastMutex, &plugin.host.modelMutex);
     EXPECT_EQ(probe.waited.otherWaits, 0);
 #endif
     dispatch(effect, effClose);

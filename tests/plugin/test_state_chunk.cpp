@@ -85,9 +85,9 @@ class StateChunk : public ::testing::Test {
 void expectWithinLimits(const PannerPlugin& p) {
   ASSERT_LE(p.inputCount(), 64);
   ASSERT_LE(p.speakerCount(), 64);
-  EXPECT_EQ(p.effect.numParams, parameterCountFor(p.inputCount(), p.speakerCount()));
-  EXPECT_EQ(p.effect.numOutputs, p.speakerCount());
-  for (const InputChannel& in : p.inputs) {
+  EXPECT_EQ(p.host.effect.numParams, parameterCountFor(p.inputCount(), p.speakerCount()));
+  EXPECT_EQ(p.host.effect.numOutputs, p.speakerCount());
+  for (const InputChannel& in : p.model.inputs) {
     EXPECT_LT(strnlen(in.name, kNameCapacity), static_cast<std::size_t>(kNameCapacity));
     for (double v : {in.gain, in.x, in.y, in.z, in.diffuse}) EXPECT_TRUE(std::isfinite(v));
   }
@@ -113,23 +113,23 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   // Header, two inputs named "channel N" (9 bytes), speakers "left" and "right".
   EXPECT_EQ(saved(*plugin).size(), 84u + 2 * (72 + 9) + (48 + 4) + (48 + 5));
   PannerPlugin& p = *plugin;
-  p.layoutPreset = 0;
-  p.userSpeakerCount = 2;
-  p.inputFaderOffset = 4;
-  p.speakerFaderOffset = 8;
-  p.groupKnobModes[0] = 3;
-  p.groupKnobModes[1] = 9;
-  p.groupKnobModes[2] = 11;
-  p.optionFlags = 0x20101;
-  p.centerTrim = 0.7;
-  p.zoom = 1.0f * 0.85f + 0.1f;  // the zoom fader's top, a little above 0.95
-  p.spaceScaleX = 1.25;
-  p.spaceScaleY = 0.5;
-  p.spaceScaleZ = 2.0;
-  p.inputs[1] = InputChannel{3.5, 0.25, -0.75, 0.625, 0.125, 0.8, -0.3, -0.9, 1, 0, 1, 1, {}};
-  copyChannelName(p.inputs[1].name, std::string(63, 'n').c_str());
-  p.speakers[0] = Speaker{0.5, 0.1, 0.2, 0.3, 1.75, 1, 0, 1, {}};
-  copyChannelName(p.speakers[0].name, "sub");
+  p.model.layoutPreset = 0;
+  p.model.userSpeakerCount = 2;
+  p.editor.inputFaderOffset = 4;
+  p.editor.speakerFaderOffset = 8;
+  p.editor.groupKnobModes[0] = 3;
+  p.editor.groupKnobModes[1] = 9;
+  p.editor.groupKnobModes[2] = 11;
+  p.model.optionFlags = 0x20101;
+  p.model.centerTrim = 0.7;
+  p.view.zoom = 1.0f * 0.85f + 0.1f;  // the zoom fader's top, a little above 0.95
+  p.model.spaceScaleX = 1.25;
+  p.model.spaceScaleY = 0.5;
+  p.model.spaceScaleZ = 2.0;
+  p.model.inputs[1] = InputChannel{3.5, 0.25, -0.75, 0.625, 0.125, 0.8, -0.3, -0.9, 1, 0, 1, 1, {}};
+  copyChannelName(p.model.inputs[1].name, std::string(63, 'n').c_str());
+  p.model.speakers[0] = Speaker{0.5, 0.1, 0.2, 0.3, 1.75, 1, 0, 1, {}};
+  copyChannelName(p.model.speakers[0].name, "sub");
   const Bytes block = saved(p);
   load(*other, block);
   // Every field differs from a fresh instance's, so equal blocks mean every field was read back.
@@ -143,14 +143,14 @@ TEST_F(StateChunk, LoadingFinishesTheModelUpdate) {
       .speaker(4, 0.1, "x")
       .speaker(4, 0.2, "y")
       .speaker(4, 0.3, "z");
-  plugin->inputPeaks[0] = 0.5;
-  plugin->changeFlags = 0;
+  plugin->mix.inputPeaks[0] = 0.5;
+  plugin->model.changeFlags = 0;
   load(*plugin, b.bytes);
-  EXPECT_EQ(plugin->inputPeaks[0].load(), 0.0);
-  EXPECT_EQ(plugin->gainRows, -1);
-  EXPECT_EQ(plugin->changeFlags.load(), 31u);
-  EXPECT_TRUE(plugin->stateLoaded.load());
-  EXPECT_EQ(plugin->effect.numOutputs, 3);
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.0);
+  EXPECT_EQ(plugin->model.gainRows, -1);
+  EXPECT_EQ(plugin->model.changeFlags.load(), 31u);
+  EXPECT_TRUE(plugin->host.stateLoaded.load());
+  EXPECT_EQ(plugin->host.effect.numOutputs, 3);
 }
 
 TEST_F(StateChunk, OlderVersionsTakeDefaultsForMissingFieldsAndLaterOnesReadAs4) {
@@ -158,42 +158,44 @@ TEST_F(StateChunk, OlderVersionsTakeDefaultsForMissingFieldsAndLaterOnesReadAs4)
     SCOPED_TRACE(version);
     BlockBuilder b;
     b.header(version, 1, 1).input(version, 0.1, "in").speaker(version, 0.4, "out");
-    plugin->optionFlags = 0x10000;
-    plugin->inputFaderOffset = 12;
+    plugin->model.optionFlags = 0x10000;
+    plugin->editor.inputFaderOffset = 12;
     load(*plugin, b.bytes);
-    EXPECT_EQ(plugin->inputFaderOffset, version >= 4 ? 4 : 0);
-    EXPECT_EQ(plugin->optionFlags, version >= 3 ? 0x20000u : 0u);
-    EXPECT_EQ(plugin->inputs[0].gain, version >= 3 ? 2.0 : 1.0);
-    EXPECT_EQ(plugin->inputs[0].x, 0.1);
-    EXPECT_EQ(plugin->speakers[0].gain, version >= 3 ? 0.5 : 1.0);
-    EXPECT_EQ(plugin->speakers[0].influence, version >= 2 ? 1.5 : 1.0);
-    EXPECT_EQ(plugin->speakers[0].x, 0.4);
-    EXPECT_STREQ(plugin->speakers[0].name, "out");
-    EXPECT_EQ(plugin->centerTrim, 0.5);
+    EXPECT_EQ(plugin->editor.inputFaderOffset, version >= 4 ? 4 : 0);
+    EXPECT_EQ(plugin->model.optionFlags, version >= 3 ? 0x20000u : 0u);
+    EXPECT_EQ(plugin->model.inputs[0].gain, version >= 3 ? 2.0 : 1.0);
+    EXPECT_EQ(plugin->model.inputs[0].x, 0.1);
+    EXPECT_EQ(plugin->model.speakers[0].gain, version >= 3 ? 0.5 : 1.0);
+    EXPECT_EQ(plugin->model.speakers[0].influence, version >= 2 ? 1.5 : 1.0);
+    EXPECT_EQ(plugin->model.speakers[0].x, 0.4);
+    EXPECT_STREQ(plugin->model.speakers[0].name, "out");
+    EXPECT_EQ(plugin->model.centerTrim, 0.5);
   }
 }
 
 TEST_F(StateChunk, CutOffBlocksAtEveryLengthKeepWholeRecordsOnly) {
   setSpeakerCount(*plugin, 3);
-  plugin->inputs[1].mute = 1;
+  plugin->model.inputs[1].mute = 1;
   const Bytes block = saved(*plugin);
   std::vector<std::size_t> ends;  // end of each record: inputs, then speakers
   std::size_t at = 84;
-  for (const InputChannel& in : plugin->inputs) ends.push_back(at += 72 + std::strlen(in.name));
-  for (const Speaker& sp : plugin->speakers) ends.push_back(at += 48 + std::strlen(sp.name));
+  for (const InputChannel& in : plugin->model.inputs)
+    ends.push_back(at += 72 + std::strlen(in.name));
+  for (const Speaker& sp : plugin->model.speakers) ends.push_back(at += 48 + std::strlen(sp.name));
   ASSERT_EQ(at, block.size());
   for (std::size_t length = 0; length <= block.size(); ++length) {
     SCOPED_TRACE(length);
     auto target = makeInstance(2);
-    target->centerTrim = 0.123;
+    target->model.centerTrim = 0.123;
     load(*target, block, length);
     expectWithinLimits(*target);
     ASSERT_EQ(target->inputCount(), length < 80 ? 0 : 2);  // the counts end the header
     ASSERT_EQ(target->speakerCount(), length < 84 ? 0 : 3);
-    EXPECT_EQ(target->centerTrim, length < 44 ? 0.123 : 1.0);  // unread fields keep theirs
+    EXPECT_EQ(target->model.centerTrim, length < 44 ? 0.123 : 1.0);  // unread fields keep theirs
     for (std::size_t r = 0; r < ends.size() && length >= 84; ++r) {
-      const bool whole = r < 2 ? sameRecord(target->inputs[r], plugin->inputs[r])
-                               : sameRecord(target->speakers[r - 2], plugin->speakers[r - 2]);
+      const bool whole =
+          r < 2 ? sameRecord(target->model.inputs[r], plugin->model.inputs[r])
+                : sameRecord(target->model.speakers[r - 2], plugin->model.speakers[r - 2]);
       EXPECT_EQ(whole, ends[r] <= length) << "record " << r;
     }
   }
@@ -203,23 +205,23 @@ TEST_F(StateChunk, BadNameLengthsEndTheRecordsOfTheirKind) {
   BlockBuilder tooLong;  // 63 bytes kept, the next record starts 100 bytes further on
   tooLong.header(4, 2, 1).input(4, 0.1, std::string(100, 'q')).input(4, 0.2, "2nd");
   load(*plugin, tooLong.speaker(4, 0.3, "s").bytes);
-  EXPECT_EQ(std::string(plugin->inputs[0].name), std::string(63, 'q'));
-  EXPECT_STREQ(plugin->inputs[1].name, "2nd");
-  EXPECT_STREQ(plugin->speakers[0].name, "s");
+  EXPECT_EQ(std::string(plugin->model.inputs[0].name), std::string(63, 'q'));
+  EXPECT_STREQ(plugin->model.inputs[1].name, "2nd");
+  EXPECT_STREQ(plugin->model.speakers[0].name, "s");
   BlockBuilder negative;  // this and later inputs stay zero, the speakers are read from here
   negative.header(4, 3, 1).input(4, 0.1, "one").input(4, 0.2, "", -5).speaker(4, 0.3, "s");
   load(*plugin, negative.bytes);
   ASSERT_EQ(plugin->inputCount(), 3);
-  EXPECT_STREQ(plugin->inputs[0].name, "one");
-  EXPECT_EQ(plugin->inputs[1].gain, 0.0);
-  EXPECT_EQ(plugin->speakers[0].x, 0.3);
+  EXPECT_STREQ(plugin->model.inputs[0].name, "one");
+  EXPECT_EQ(plugin->model.inputs[1].gain, 0.0);
+  EXPECT_EQ(plugin->model.speakers[0].x, 0.3);
   BlockBuilder pastTheEnd;  // the speaker keeps what was read, with an empty name
   pastTheEnd.header(4, 0, 2).speaker(4, 0.3, "", 1000).speaker(4, 0.4, "never");
   load(*plugin, pastTheEnd.bytes);
   ASSERT_EQ(plugin->speakerCount(), 2);
-  EXPECT_EQ(plugin->speakers[0].x, 0.3);
-  EXPECT_STREQ(plugin->speakers[0].name, "");
-  EXPECT_EQ(plugin->speakers[1].x, 0.0);
+  EXPECT_EQ(plugin->model.speakers[0].x, 0.3);
+  EXPECT_STREQ(plugin->model.speakers[0].name, "");
+  EXPECT_EQ(plugin->model.speakers[1].x, 0.0);
 }
 
 TEST_F(StateChunk, LockedInputsKeepTheirSettings) {
@@ -227,15 +229,15 @@ TEST_F(StateChunk, LockedInputsKeepTheirSettings) {
   b.header(4, 8, 1);
   for (int i = 0; i < 8; ++i) b.input(4, 0.1 * i, "in");
   b.speaker(4, 0.3, "only");
-  plugin->inputs[1].gain = 3.0;
-  plugin->lockInputs = 1;
+  plugin->model.inputs[1].gain = 3.0;
+  plugin->editor.lockInputs = 1;
   load(*plugin, b.bytes);
   EXPECT_EQ(plugin->inputCount(), 2);
-  EXPECT_EQ(plugin->inputs[1].gain, 3.0);
-  EXPECT_STREQ(plugin->inputs[0].name, "channel 1");
-  EXPECT_STREQ(plugin->speakers[0].name, "only");
-  EXPECT_EQ(plugin->effect.numInputs, 2);
-  EXPECT_EQ(plugin->effect.numParams, 4 + 20 + 7);
+  EXPECT_EQ(plugin->model.inputs[1].gain, 3.0);
+  EXPECT_STREQ(plugin->model.inputs[0].name, "channel 1");
+  EXPECT_STREQ(plugin->model.speakers[0].name, "only");
+  EXPECT_EQ(plugin->host.effect.numInputs, 2);
+  EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7);
 }
 
 TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
@@ -250,8 +252,8 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     b.speaker(4, 0.3, "found");
     load(*plugin, b.bytes);
     EXPECT_EQ(plugin->inputCount(), 64);
-    EXPECT_STREQ(plugin->inputs[63].name, "in63");
-    EXPECT_STREQ(plugin->speakers[0].name, "found");
+    EXPECT_STREQ(plugin->model.inputs[63].name, "in63");
+    EXPECT_STREQ(plugin->model.speakers[0].name, "found");
     expectWithinLimits(*plugin);
   }
   for (int trailing : {0, 3, 7}) {  // counts the data cannot hold: bounded, zero-filled, and
@@ -261,7 +263,7 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     load(*plugin, b.bytes);
     EXPECT_EQ(plugin->inputCount(), 64);
     EXPECT_EQ(plugin->speakerCount(), 64);
-    EXPECT_EQ(plugin->inputs[1].gain, 0.0);
+    EXPECT_EQ(plugin->model.inputs[1].gain, 0.0);
     expectWithinLimits(*plugin);
   }
 }
@@ -275,18 +277,18 @@ TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
   b.f64(nan).f64(-inf).f64(1e300).f64(-1e300).f64(nan).f64(7.0).f64(-3.0).f64(inf).i32(0).name("x");
   b.f64(inf).f64(nan).f64(5.0).f64(-5.0).f64(-1.0).i32(0).name("y");
   load(*plugin, b.bytes);
-  EXPECT_EQ(plugin->inputFaderOffset, 0);
-  EXPECT_EQ(plugin->speakerFaderOffset, 60);
-  EXPECT_EQ(plugin->groupKnobModes[0], 73);
-  EXPECT_EQ(plugin->groupKnobModes[1], 0);
-  EXPECT_EQ(plugin->optionFlags, 0x30101u);  // each fader mode is 0 or 1, no undefined bits
-  const InputChannel& in = plugin->inputs[0];
-  const Speaker& sp = plugin->speakers[0];
-  const std::vector<double> loaded = {plugin->centerTrim,
-                                      plugin->zoom,
-                                      plugin->spaceScaleX,
-                                      plugin->spaceScaleY,
-                                      plugin->spaceScaleZ,
+  EXPECT_EQ(plugin->editor.inputFaderOffset, 0);
+  EXPECT_EQ(plugin->editor.speakerFaderOffset, 60);
+  EXPECT_EQ(plugin->editor.groupKnobModes[0], 73);
+  EXPECT_EQ(plugin->editor.groupKnobModes[1], 0);
+  EXPECT_EQ(plugin->model.optionFlags, 0x30101u);  // each fader mode is 0 or 1, no undefined bits
+  const InputChannel& in = plugin->model.inputs[0];
+  const Speaker& sp = plugin->model.speakers[0];
+  const std::vector<double> loaded = {plugin->model.centerTrim,
+                                      plugin->view.zoom,
+                                      plugin->model.spaceScaleX,
+                                      plugin->model.spaceScaleY,
+                                      plugin->model.spaceScaleZ,
                                       in.gain,
                                       in.lfeSend,
                                       in.x,

@@ -14,6 +14,7 @@
 
 #include "host_double.h"
 #include "model/counts.h"
+#include "model/field_table.h"
 #include "model/layouts.h"
 
 extern "C" AEffect* VSTPluginMain(audioMasterCallback callback) noexcept;

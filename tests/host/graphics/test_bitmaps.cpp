@@ -1,11 +1,7 @@
-// Bitmap objects, pixel access, the lookup tables and null-bitmap safety.
+// Bitmap objects, pixel access and null-bitmap safety.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "host/graphics/bitmap.h"
-#include "host/graphics/graphics_lookup.h"
-#include "platform/host_functions.h"
 #include "tests/host/graphics/graphics_test_support.h"
 
 using namespace graphics;
@@ -68,19 +64,4 @@ TEST(NullBitmaps, DrawingIgnoresNullAndForeignBitmaps) {
     DAUB_DrawText(bm, 0, 0, "x", 0xFFFFFFFF, 1, 0);
   }
   EXPECT_EQ(inkBox(r).count, 0);
-}
-
-TEST(LookupTables, EveryDrawingNameResolvesAndNothingElse) {
-  int daubNames = 0;
-#define CHECK_NAME(name, type)                                                                \
-  daubNames += std::strncmp(#name, "DAUB_", 5) == 0;                                          \
-  EXPECT_EQ(findGraphicsHostFunction(#name) != nullptr, std::strncmp(#name, "DAUB_", 5) == 0) \
-      << #name;
-  HOST_FUNCTION_LIST(CHECK_NAME)
-#undef CHECK_NAME
-  EXPECT_EQ(daubNames, 24);
-  EXPECT_EQ(findGraphicsHostFunction("DAUB_Clear"), reinterpret_cast<void*>(&DAUB_Clear));
-  EXPECT_EQ(findGraphicsWindowFunction("DeleteObject"),
-            reinterpret_cast<void*>(&graphics::DeleteObject));
-  EXPECT_EQ(findGraphicsWindowFunction("BitBlt"), nullptr);
 }

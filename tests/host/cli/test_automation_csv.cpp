@@ -1,0 +1,55 @@
+// The automation file parser: what it accepts, in which order, and how it names bad lines; the
+// sample each point lands on is checked on rendered files.
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <tuple>
+
+#include "host/cli/automation_csv.h"
+#include "tests/host/runtime/test_support.h"
+
+namespace {
+
+std::vector<AutomationPoint> parse(const std::string& text) {
+  std::istringstream in(text);
+  return parseAutomationCsv(in, "moves.csv");
+}
+
+std::string parseError(const std::string& text) {
+  return errorOf([&] { parse(text); });
+}
+
+}  // namespace
+
+TEST(AutomationCsv, ReadsPointsSortedByTimeKeepingFileOrderForTies) {
+  const auto points = parse(
+      "time,parameter,value\n"
+      "# comment\n"
+      "\n"
+      "2.5, in 1 X ,0.25\n"
+      "0,12,1\n"
+      "2.5,\"front left, height gain\",0.5\r\n"
+      "1e-1,\"say \"\"hi\"\"\",0\n");
+  std::vector<std::tuple<double, std::string, float, int>> read;
+  for (const AutomationPoint& p : points)
+    read.emplace_back(p.seconds, p.parameter, p.value, p.line);
+  EXPECT_EQ(read, (std::vector<std::tuple<double, std::string, float, int>>{
+                      {0.0, "12", 1.0f, 5},
+                      {0.1, "say \"hi\"", 0.0f, 7},
+                      {2.5, "in 1 X", 0.25f, 4},
+                      {2.5, "front left, height gain", 0.5f, 6}}));
+  EXPECT_TRUE(parse("time,parameter,value\n# nothing yet\n").empty());
+}
+
+TEST(AutomationCsv, BadLinesNameFileLineAndField) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"0,gain\n", "moves.csv:1: expected 3 fields (time, parameter, value), found 2"},
+      {"# c\nsoon,gain,0.5\n", "moves.csv:2: time 'soon' is not a number of seconds >= 0"},
+      {"0, ,0.5\n", "moves.csv:1: the parameter is empty"},
+      {"0,gain,1.5\n", "moves.csv:1: value 1.5 is outside 0..1"},
+      {"0,\"gain,0.5\n", "moves.csv:1: a quote is not closed"},
+      {"time,parameter,value\ntime,parameter,value\n",
+       "moves.csv:2: time 'time' is not a number of seconds >= 0"},
+  };
+  for (const auto& [text, message] : cases) EXPECT_EQ(parseError(text), message) << text;
+}

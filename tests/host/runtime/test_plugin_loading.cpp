@@ -1,0 +1,156 @@
+// Loading plug-ins in-process: the window layer and module binding, the host callback's answers,
+// buffers that follow channel-count changes, idle calls, and the errors for files that are no
+// plug-in.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+
+#include "host/runtime/plugin_instance.h"
+#include "host/runtime/plugin_module.h"
+#include "platform/host_functions.h"
+#include "tests/host/runtime/test_support.h"
+#include "tests/host/services/temp_config.h"
+
+namespace {
+
+const std::string kProbeDir = PROBE_DIR;
+constexpr std::int32_t kReportEdit = 1000;
+constexpr std::int32_t kChangeOutputs = 1001;
+constexpr std::int32_t kAnnounceCounts = 1002;
+constexpr std::int32_t kCallWindowLayer = 1003;
+
+// The probe's state block: what it was offered, as key=value lines.
+std::string reportOf(PluginInstance& instance) {
+  const std::vector<unsigned char> bytes = instance.chunk();
+  return {bytes.begin(), bytes.end()};
+}
+
+// Each recorded host event as (kind, index, value, render position).
+using Event = std::tuple<HostEventKind, std::int32_t, float, std::int64_t>;
+std::vector<Event> eventsOf(const PluginInstance& instance) {
+  std::vector<Event> events;
+  for (const HostEvent& e : instance.events())
+    events.emplace_back(e.kind, e.index, e.value, e.samplePosition);
+  return events;
+}
+
+class ProbeHost : public ::testing::Test {
+ protected:
+  TempConfig config_;
+  PluginModule module_{kProbeDir + "/probe.so"};
+};
+
+}  // namespace
+
+TEST_F(ProbeHost, BindsWindowLayerAndModuleBeforeTheInstance) {
+  HostConfig config;
+  config.trackChannels = 3;
+  PluginInstance instance(module_, config);
+  EXPECT_TRUE(module_.exportsWindowBinding());
+  EXPECT_STREQ(module_.entryName(), "VSTPluginMain");
+  // The channel-count query, every name of the window layer, DllMain, two host functions.
+  EXPECT_EQ(reportOf(instance),
+            "track_channels=3\nbound_names=335\ndll_main=1\nini_file=" + config_.dir() +
+                "/spatiola/spatiola.ini\nslider_top_db=12.000\n"
+                "idle_calls=0\nprocess_calls=0\ngain=0.500000\n");
+  EXPECT_EQ(std::pair(instance.inputCount(), instance.outputCount()), std::pair(3, 3));
+  char text[16] = {};
+  instance.dispatch("effVendorSpecific", effVendorSpecific, kCallWindowLayer, 0, text);
+  EXPECT_STREQ(text, "window");  // the bound lstrcpyn, cut at 7 - 1 characters
+}
+
+TEST_F(ProbeHost, ProcessesInDoublePrecisionAndIdlesAfterEachBlock) {
+  HostConfig config;
+  config.blockSize = 64;
+  PluginInstance instance(module_, config);
+  ASSERT_TRUE(instance.hasDoublePrecision());
+  instance.start();  // effOpen asks for idle calls
+  EXPECT_TRUE(instance.wantsIdle());
+  instance.setParameter(0, 0.25f);  // x0.5
+  for (int f = 0; f < 64; ++f) instance.inputBuffer(1)[f] = 0.1 * f;
+  instance.process(64);
+  instance.process(10);
+  EXPECT_EQ(std::pair(instance.outputBuffer(1)[9], instance.outputBuffer(0)[9]),
+            std::pair(0.45, 0.0));
+  // The empty block of start, then two; an idle call after every block.
+  EXPECT_TRUE(contains(reportOf(instance), "idle_calls=3\nprocess_calls=3\n"));
+}
+
+TEST_F(ProbeHost, ChannelCountChangesResizeTheBuffers) {
+  PluginInstance instance(module_, HostConfig{});
+  EXPECT_EQ(instance.dispatch("effVendorSpecific", effVendorSpecific, kChangeOutputs, 6), 1);
+  EXPECT_EQ(eventsOf(instance).back(), Event(HostEventKind::IOChanged, 0, 0.0f, 0));
+  instance.start();
+  instance.inputBuffer(0)[0] = 0.5;
+  instance.process(1);
+  EXPECT_EQ(std::pair(instance.outputBuffer(0)[0], instance.outputBuffer(5)[0]),
+            std::pair(0.5, 0.0));
+  // The extension's count notification re-reads the counts too.
+  instance.effect().numOutputs = 4;
+  const VstIntPtr packed = (4 << 20) | (2 << 12) | 0xF00;
+  instance.dispatch("effVendorSpecific", effVendorSpecific, kAnnounceCounts, packed);
+  EXPECT_EQ(instance.outputCount(), 4);
+  EXPECT_EQ(eventsOf(instance).back(), Event(HostEventKind::ChannelCounts, packed, 0.0f, 0));
+}
+
+// Edits are recorded as automation events at the render position.
+TEST_F(ProbeHost, CallbackAnswersTheStandardRequestsAndRecordsEdits) {
+  HostConfig config;
+  config.sampleRate = 44100.0;
+  config.blockSize = 256;
+  PluginInstance instance(module_, config);
+  const auto answer = [&](std::int32_t opcode, void* ptr = nullptr, std::int32_t index = 0,
+                          VstIntPtr value = 0) {
+    return instance.answer(opcode, index, value, ptr, 0);
+  };
+  char vendor[64] = {}, product[64] = {}, acceptIo[] = "acceptIOChanges", sends[] = "sendVstEvents";
+  ParameterListChange change{4, -10};
+  instance.setSamplePosition(88200);
+  EXPECT_EQ((std::array{answer(audioMasterVersion), answer(audioMasterGetSampleRate),
+                        answer(audioMasterGetBlockSize), answer(audioMasterGetCurrentProcessLevel),
+                        answer(audioMasterGetVendorString, vendor),
+                        answer(audioMasterGetProductString, product),
+                        answer(audioMasterCanDo, acceptIo), answer(audioMasterCanDo, sends),
+                        answer(kHostExtensionOpcode, nullptr, kHostChannelCountIndex, 5),
+                        answer(audioMasterVendorSpecific, &change, kHostExtensionOpcode,
+                               kHostNotifyParameterList)}),
+            (std::array<VstIntPtr, 10>{2400, 44100, 256, 1, 1, 1, 1, 0, 2, 1}));
+  EXPECT_EQ(std::string(vendor) + "/" + product, "Tolvek/Spatiola Host");
+  const auto* time = reinterpret_cast<const VstTimeInfo*>(answer(audioMasterGetTime));  // NOLINT
+  ASSERT_NE(time, nullptr);
+  // Two seconds at 120 bpm, playing.
+  EXPECT_EQ((std::array{time->samplePos, time->sampleRate, time->ppqPos}),
+            (std::array{88200.0, 44100.0, 4.0}));
+  EXPECT_NE(time->flags & kVstTransportPlaying, 0);
+  instance.dispatch("effVendorSpecific", effVendorSpecific, kReportEdit);
+  EXPECT_EQ(eventsOf(instance),
+            (std::vector<Event>{{HostEventKind::ParameterListMoved, 4, -10.0f, 88200},
+                                {HostEventKind::BeginEdit, 0, 0.0f, 88200},
+                                {HostEventKind::Automate, 0, 0.75f, 88200},
+                                {HostEventKind::EndEdit, 0, 0.0f, 88200}}));
+}
+
+TEST_F(ProbeHost, LegacyEntryAndSinglePrecisionVariantsLoad) {
+  const PluginModule legacy(kProbeDir + "/probe_legacy.so");
+  EXPECT_STREQ(legacy.entryName(), "main");
+  EXPECT_EQ(PluginInstance(legacy, HostConfig{}).effectName(), "Probe");
+  const PluginModule floatModule(kProbeDir + "/probe_float.so");
+  PluginInstance instance(floatModule, HostConfig{});
+  EXPECT_FALSE(instance.hasDoublePrecision());
+  instance.start();
+  instance.inputBuffer(0)[0] = 0.25;
+  instance.process(1);
+  EXPECT_DOUBLE_EQ(instance.outputBuffer(0)[0], 0.25);
+}
+
+// Loading errors name the file and what is wrong; text files, refusing plug-ins and crashes inside
+// a call are covered end to end.
+TEST(PluginErrors, NameTheFileAndWhatIsWrong) {
+  for (const auto& [path, message] :
+       {std::pair{"/nonexistent/missing.so", "cannot read the plug-in /nonexistent/missing.so"},
+        {"/usr/lib/x86_64-linux-gnu/libsndfile.so.1", "exports neither VSTPluginMain nor main"}}) {
+    const std::string error = errorOf([&] { PluginInstance(PluginModule(path), HostConfig{}); });
+    EXPECT_TRUE(contains(error, message)) << error;
+  }
+}

@@ -1,0 +1,201 @@
+// The built spatiola program with the probe plug-in on files made here: channel counts, lengths and
+// levels of what it writes, automation at exact samples, state files, third-party plug-ins, a file
+// made by sox, crash reports and error messages.
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "model/counts.h"
+#include "model/layouts.h"
+#include "model/panner_plugin.h"
+#include "plugin/state_chunk.h"
+#include "tests/host/runtime/test_support.h"
+#include "tests/host/spatiola/command_fixture.h"
+
+namespace {
+
+const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
+
+// Channel c carries a sine of 0.5 amplitude at 100 * (c + 1) Hz.
+void writeSines(const std::string& path, int channels, std::int64_t frames) {
+  std::vector<double> samples;
+  for (std::int64_t f = 0; f < frames; ++f) {
+    for (int c = 0; c < channels; ++c)
+      samples.push_back(0.5 * std::sin(2.0 * M_PI * 100.0 * (c + 1) * f / 48000.0));
+  }
+  writeAudio(path, channels, samples);
+}
+
+using EndToEnd = CommandTest;
+
+}  // namespace
+
+TEST_F(EndToEnd, RenderKeepsLengthAndAppliesTheParameters) {
+  writeSines(path("in.wav"), 3, 62401);  // not a whole number of blocks
+  const CommandResult run = spatiola(
+      {"render", "--plugin", kProbe, "--set", "gain=0.25", path("in.wav"), path("out.wav")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const AudioData in = readAudio(path("in.wav"));
+  const AudioData out = readAudio(path("out.wav"));
+  // Outputs without known positions stay plain WAVE.
+  ASSERT_EQ(out.shape(), std::tuple(3, 62401, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT));
+  for (std::int64_t f = 0; f < out.frames; f += 997) {
+    for (int c = 0; c < 3; ++c) ASSERT_NEAR(out.at(f, c), 0.5 * in.at(f, c), 1e-7) << f;
+  }
+  // The level table: 0.25 peak is -12.04 dBFS, a sine's RMS 3.01 dB below.
+  EXPECT_TRUE(contains(run.out, "rendered 62401 samples (3 -> 3 channels, 48000 Hz)")) << run.out;
+  EXPECT_TRUE(contains(run.out, "1                               -12.04     -15.05")) << run.out;
+  EXPECT_FALSE(std::filesystem::exists(path("out.wav.partial")));
+}
+
+TEST_F(EndToEnd, AutomationTakesEffectAtItsExactSample) {
+  writeLevels(path("ones.wav"), {0.5}, 1000);
+  std::ofstream(path("moves.csv")) << "time,parameter,value\n0.0125,0,1\n0.01,gain,0.25\n";
+  const CommandResult run =
+      spatiola({"render", "--plugin", kProbe, "--block", "256", "--automation", path("moves.csv"),
+                path("ones.wav"), path("out.w64")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const AudioData out = readAudio(path("out.w64"));
+  ASSERT_EQ(out.shape(), std::tuple(1, 1000, 48000, SF_FORMAT_W64 | SF_FORMAT_FLOAT));
+  // 0.01 s at 48 kHz is sample 480; 0.0125 s is sample 600, inside the third block.
+  EXPECT_EQ((std::array{out.at(479, 0), out.at(480, 0), out.at(599, 0), out.at(600, 0)}),
+            (std::array{0.5, 0.25, 0.25, 1.0}));
+}
+
+// A 24-bit file made by sox, through a state block loaded and saved as bytes.
+TEST_F(EndToEnd, RendersAFileMadeBySoxWithStateBlocks) {
+  const std::string input = path("sox.wav");
+  ASSERT_EQ(runCommand({"/usr/bin/sox", "-n", "-r", "44100", "-c", "2", "-b", "24", input, "synth",
+                        "0.5", "sine", "1000", "gain", "-6"})
+                .exitCode,
+            0);
+  std::ofstream(path("state.bin")) << "gain=0.125\n";
+  const CommandResult run =
+      spatiola({"render", "--plugin", kProbe, "--state", path("state.bin"), "--save-state",
+                path("saved.bin"), input, path("out.aiff"), "--sample-format", "pcm16"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const AudioData out = readAudio(path("out.aiff"));
+  ASSERT_EQ(out.shape(), std::tuple(2, 22050, 44100, SF_FORMAT_AIFF | SF_FORMAT_PCM_16));
+  for (int c : {0, 1}) EXPECT_NEAR(out.peakDb(c), -6.0 + 20.0 * std::log10(0.25), 0.05) << c;
+  // The loaded gain and the file's channel count, offered to the plug-in.
+  EXPECT_TRUE(contains(readFile(path("saved.bin")), "track_channels=2\n"));
+  EXPECT_TRUE(contains(readFile(path("saved.bin")), "gain=0.125000\n"));
+}
+
+TEST_F(EndToEnd, RendersThroughAThirdPartyPlugin) {
+  const std::string encoder = std::string(IEM_PLUGIN_DIR) + "/libStereoEncoder.so";
+  if (!std::filesystem::exists(encoder)) GTEST_SKIP() << "iem-plugin-suite-vst is not installed";
+  writeSines(path("stereo.wav"), 2, 24000);
+  const CommandResult run = spatiola(
+      {"render", "--plugin", encoder, "--ambisonic", path("stereo.wav"), path("ambi.wav")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const AudioData out = readAudio(path("ambi.wav"));
+  // The encoder's 7th-order output, marked ambisonic.
+  ASSERT_EQ(out.shape(), std::tuple(64, 24000, 48000, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT));
+  // Both sources straight ahead: W carries their sum, the left-right component nothing.
+  const AudioData in = readAudio(path("stereo.wav"));
+  double sumPeak = 0.0;
+  for (std::int64_t f = 0; f < in.frames; ++f)
+    sumPeak = std::max(sumPeak, std::fabs(in.at(f, 0) + in.at(f, 1)));
+  EXPECT_NEAR(out.peakDb(0), 20.0 * std::log10(sumPeak), 0.5);
+  EXPECT_LT(out.peakDb(1), -60.0);
+  EXPECT_TRUE(contains(run.err, "note: the plug-in has 64 inputs; inputs 3..64 receive silence"))
+      << run.err;
+  const CommandResult info = spatiola({"info", "--json", "--plugin", encoder});
+  ASSERT_EQ(info.exitCode, 0) << info.err;
+  EXPECT_EQ(nlohmann::json::parse(info.out)["parameters"][6]["name"], "Azimuth Angle");
+}
+
+TEST_F(EndToEnd, InfoDescribesThePlugin) {
+  const CommandResult run =
+      spatiola({"info", "--json", "--channels", "4", "--plugin", kProbe, "--set", "1=0.5"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  expectJsonAt(nlohmann::json::parse(run.out), nlohmann::json::parse(R"({
+      "/effect": "Probe", "/vendor": "Host Tests", "/vendorVersion": 7, "/uniqueId": "prbe",
+      "/inputs": 4, "/flags": ["replacing", "program chunks", "double replacing"],
+      "/parameters/2": null, "/parameters/1/name": "mode, with comma",
+      "/parameters/1/display": "0.500"})"));
+  const CommandResult text = spatiola({"info", "--plugin", kProbe});
+  EXPECT_TRUE(contains(text.out, "unique id     prbe (0x70726265)")) << text.out;
+}
+
+TEST_F(EndToEnd, ACrashingPluginIsNamedWithItsCall) {
+  writeLevels(path("ones.wav"), {0.5}, 100);
+  std::ofstream(path("state.bin")) << "anything";
+  const std::string crashing = std::string(PROBE_DIR) + "/probe_crash.so";
+  const CommandResult run = spatiola({"render", "--plugin", crashing, "--state", path("state.bin"),
+                                      path("ones.wav"), path("out.wav")});
+  EXPECT_EQ(run.exitCode, 128 + 11);
+  EXPECT_EQ(run.err, "spatiola: the plug-in " + crashing + " crashed in effSetChunk (signal 11)\n");
+  EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
+}
+
+TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
+  writeLevels(path("ones.wav"), {0.5}, 100);
+  std::ofstream(path("text.so")) << "hello";
+  std::ofstream(path("bad.csv")) << "0,gain,0.5\n1,volume,0.5\n";
+  const std::string refusing = std::string(PROBE_DIR) + "/probe_refusing.so";
+  const std::string in = path("ones.wav"), out = path("o.wav");
+  struct Case {
+    std::vector<std::string> args;
+    std::string message;
+  };
+  const std::vector<Case> cases = {
+      {{"render", "--plugin", path("text.so"), in, out},
+       "spatiola: " + path("text.so") + " is not a plug-in: "},
+      {{"render", "--plugin", refusing, in, out},
+       "spatiola: the plug-in " + refusing +
+           " refused to create an instance (its entry point returned null)\n"},
+      {{"render", "--plugin", kProbe, "--set", "Gain=1", in, out},  // names match exactly
+       "spatiola: the plug-in has no parameter named 'Gain' (spatiola info lists them)\n"},
+      {{"render", "--plugin", kProbe, "--set", "7=1", in, out},
+       "spatiola: parameter index 7 is out of range: the plug-in has 2 parameters\n"},
+      {{"render", "--plugin", kProbe, "--automation", path("bad.csv"), in, out},
+       "spatiola: automation line 2: the plug-in has no parameter named 'volume'"},
+      {{"render", "--plugin", kProbe, path("text.so"), out},
+       "spatiola: cannot read the audio file " + path("text.so") + ": "},
+      {{"render", "--plugin", kProbe, "--layout", "5.1 surround", in, out},
+       "spatiola: --layout applies to Spatiola only; " + kProbe + " is another plug-in\n"},
+      {{"render", "--layout", "6.1", in, out},
+       "spatiola: --layout '6.1' is neither a speaker count nor one of \"stereo\", "
+       "\"quadraphonic\""},
+      {{"render", "--plugin", kProbe, in, path("o.xyz")},
+       "spatiola: cannot tell the output format from '" + path("o.xyz") + "'"},
+  };
+  for (const Case& c : cases) {
+    const CommandResult run = spatiola(c.args);
+    EXPECT_EQ(run.exitCode, 1) << c.message;
+    EXPECT_EQ(run.err.rfind(c.message, 0), 0u) << run.err;
+  }
+  EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
+  PannerPlugin plugin;
+  setInputCount(plugin, 4);
+  applyLayoutPreset(plugin, kLayoutSurround51);
+  plugin.model.inputs[2].x = 0.3141592653589793;
+  void* data = nullptr;
+  const std::int32_t length = writeStateChunk(plugin, &data);
+  const std::string block(static_cast<const char*>(data), static_cast<std::size_t>(length));
+  std::ofstream(path("state.bin"), std::ios::binary) << block;
+  const CommandResult exported = spatiola({"scene", "export", path("state.bin")});
+  ASSERT_EQ(std::pair(exported.exitCode, exported.err), std::pair(0, std::string()));
+  EXPECT_EQ(nlohmann::json::parse(exported.out)["speakers"][2]["name"], "front center");
+  std::ofstream(path("scene.json")) << exported.out;
+  const CommandResult imported = spatiola({"scene", "import", path("scene.json")});
+  ASSERT_EQ(imported.exitCode, 0) << imported.err;
+  EXPECT_EQ(imported.out, block);
+  // Standard input in, a file out.
+  ASSERT_EQ(
+      spatiola({"scene", "import", "-", "-o", path("again.bin")}, path("scene.json")).exitCode, 0);
+  EXPECT_EQ(readFile(path("again.bin")), block);
+  std::ofstream(path("cut.bin"), std::ios::binary) << block.substr(0, 40);
+  const CommandResult cut = spatiola({"scene", "export", path("cut.bin")});
+  EXPECT_EQ(cut.exitCode, 0);
+  EXPECT_TRUE(contains(cut.err, "is not a block as the plug-in writes it")) << cut.err;
+}

@@ -1,0 +1,128 @@
+// spatiola snapshot: the inline view of a plug-in painted into a host bitmap and written as PNG;
+// its size and scale, the plug-ins that cannot be pictured, and Spatiola's room.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "host/graphics/drawing.h"
+#include "host/graphics/png_io.h"
+#include "tests/host/spatiola/command_fixture.h"
+
+namespace {
+
+const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
+const std::string kInlineProbe = std::string(PROBE_DIR) + "/probe_inline.so";
+constexpr DAUB_pixel kProbeBackground = 0xFF102030u;
+constexpr DAUB_pixel kProbeSquare = 0xFFFF0000u;
+
+DAUB_pixel pixel(DAUB_IBitmap* picture, int x, int y) {
+  return graphics::DAUB_GetPixel(picture, x, y);
+}
+
+class Snapshot : public CommandTest {
+ protected:
+  // Runs the command and reads the picture it wrote; null when it failed.
+  std::unique_ptr<DAUB_IBitmap> snapshot(std::vector<std::string> args) {
+    args.insert(args.begin(), "snapshot");
+    last_ = spatiola(args);
+    EXPECT_EQ(last_.exitCode, 0) << last_.err;
+    return last_.exitCode == 0 ? graphics::readPng(args.back()) : nullptr;
+  }
+  CommandResult last_;
+};
+
+// Nearly white pixels in a square of `radius` around (x, y): input 1's dot and its number.
+int whitePixelsAround(DAUB_IBitmap* picture, int x, int y, int radius) {
+  int count = 0;
+  for (int py = y - radius; py <= y + radius; ++py) {
+    for (int px = x - radius; px <= x + radius; ++px)
+      count += (pixel(picture, px, py) & 0xF0F0F0u) == 0xF0F0F0u;
+  }
+  return count;
+}
+
+}  // namespace
+
+TEST_F(Snapshot, ThePluginPaintsTheHostBitmapAtItsSizeAndScale) {
+  const struct {
+    const char* size;
+    const char* scale;  // empty: the default
+    int widthPx, heightPx, squarePx;
+    const char* percent;
+  } cases[] = {{"64x48", "", 64, 48, 8, "100 %"},
+               {"100x30", "512", 100, 30, 16, "200 %"},
+               {"1x1", "384", 1, 1, 12, "150 %"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.size) + " " + c.scale);
+    std::vector<std::string> args = {"--plugin", kInlineProbe, "--size", c.size, path("p.png")};
+    if (*c.scale != '\0') args.insert(args.end() - 1, {"--scale", c.scale});
+    const auto picture = snapshot(args);
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(last_.out, "wrote the inline view of Probe (" + std::string(c.size) + " px at " +
+                             c.percent + ") to " + path("p.png") + "\n");
+    EXPECT_EQ(std::pair(picture->getWidth(), picture->getHeight()),
+              std::pair(c.widthPx, c.heightPx));
+    const int inside = std::min({c.squarePx, c.widthPx, c.heightPx}) - 1;
+    EXPECT_EQ(pixel(picture.get(), inside, inside), kProbeSquare);
+    EXPECT_EQ(pixel(picture.get(), c.widthPx - 1, 0),
+              c.widthPx > c.squarePx ? kProbeBackground : kProbeSquare);
+  }
+}
+
+TEST_F(Snapshot, RefusesWhatItCannotPictureAndWritesNothing) {
+  const struct {
+    std::vector<std::string> args;
+    std::string errorTail;  // the end of the one line on standard error
+  } cases[] = {
+      {{"--plugin", kProbe},
+       " has no inline view (it does not answer canDo \"hasTolvekEmbeddedUI\"); no picture "
+       "written\n"},
+      {{"--plugin", kInlineProbe, "--set", "1=1"},
+       " did not paint its inline view (WM_PAINT answered 0); no picture written\n"},
+      {{"--plugin", kInlineProbe, "--size", "480"},
+       "--size '480' must be WIDTHxHEIGHT in pixels, for instance 480x480\n"},
+      {{"--plugin", kInlineProbe, "--scale", "300"},
+       "--scale 300 is not a display scale: use 256 (100 %), 384 (150 %) or 512 (200 %)\n"},
+      {{"--plugin", path("missing.so")}, "no such file or no permission\n"},
+  };
+  std::ofstream(path("kept.png")) << "an earlier picture";
+  for (const auto& c : cases) {
+    for (const char* target : {"new.png", "kept.png"}) {
+      std::vector<std::string> args = c.args;
+      args.insert(args.begin(), "snapshot");
+      args.push_back(path(target));
+      const CommandResult run = spatiola(args);
+      EXPECT_EQ(std::pair(run.exitCode, run.out), std::pair(1, std::string())) << run.err;
+      EXPECT_EQ(run.err.rfind("spatiola: ", 0), 0u) << run.err;
+      EXPECT_TRUE(run.err.ends_with(c.errorTail)) << run.err;
+    }
+    EXPECT_FALSE(std::filesystem::exists(path("new.png")));
+    EXPECT_EQ(readFile(path("kept.png")), "an earlier picture");
+  }
+  const std::string unwritable = path("no-such-dir/p.png");
+  const CommandResult run = spatiola({"snapshot", "--plugin", kInlineProbe, unwritable});
+  EXPECT_EQ(run.err.rfind("spatiola: cannot write " + unwritable + ": ", 0), 0u) << run.err;
+}
+
+TEST_F(Snapshot, SpatiolaPaintsItsRoomWithLargerDotsAtALargerScale) {
+  // One input without diffusion at (0.5, 0.5): its dot sits at (355, 125) of 480 x 480.
+  const std::vector<std::string> scene = {"--channels", "1",           "--set", "in 1 X=0.75",
+                                          "--set",      "in 1 Y=0.75", "--set", "in 1 diffuse=0"};
+  int white[2] = {0, 0};
+  const char* scales[2] = {"256", "512"};
+  for (int i = 0; i < 2; ++i) {
+    std::vector<std::string> args = scene;
+    args.insert(args.end(), {"--scale", scales[i], path("dot.png")});
+    const auto picture = snapshot(args);
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(std::pair(picture->getWidth(), picture->getHeight()), std::pair(480, 480));
+    EXPECT_EQ(pixel(picture.get(), 479, 479), 0xFF202020u) << "the view's background";
+    white[i] = whitePixelsAround(picture.get(), 355, 125, 16);
+  }
+  // Radius 5 against 10: about four times the area, less the number drawn on the dot.
+  EXPECT_GT(white[0], 40);
+  EXPECT_GT(white[1], 5 * white[0] / 2);
+  EXPECT_LT(white[1], 5 * white[0]);
+}
