@@ -35,7 +35,9 @@ LRESULT HotTrackButton::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return 0;
     case WM_LBUTTONUP: {
-      const bool click = pressed_ && captured();
+      const bool inside =
+          contains(self().clientRect(), {signedLowWord(lParam), signedHighWord(lParam)});
+      const bool click = pressed_ && captured() && inside;
       if (captured()) system().releaseCapture();
       pressed_ = false;
       invalidate();

@@ -82,6 +82,7 @@ void WindowDriver::press(HWND window, POINT p, MouseButton button, unsigned modi
 }
 
 void WindowDriver::release(HWND window, POINT p, MouseButton button, unsigned modifiers) {
+  queueAt(window, p, event(EventKind::MouseMove, modifiers));
   queueAt(window, p, buttonEvent(EventKind::MouseUp, button, modifiers));
   run();
 }

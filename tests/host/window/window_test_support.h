@@ -66,7 +66,7 @@ inline PlaskControlRecord customRecord(const char* text, int id, const char* cla
 }
 
 class WindowTest : public ::testing::Test {
- protected:
+ public:
   explicit WindowTest(int scale256 = 256) {
     auto headless = std::make_unique<winsys::HeadlessBackend>(scale256);
     backend = headless.get();
