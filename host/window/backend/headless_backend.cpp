@@ -25,7 +25,10 @@ void HeadlessBackend::present(void* /*surface*/, graphics::CairoBitmap& /*backBu
 }
 
 std::optional<InputEvent> HeadlessBackend::waitEvent(int /*timeoutMs*/) {
-  if (events_.empty() && idleHook_) idleHook_();
+  if (events_.empty() && idleHook_) {
+    const std::function<void()> hook = idleHook_;  // the hook may replace itself
+    hook();
+  }
   if (events_.empty()) return std::nullopt;
   InputEvent event = std::move(events_.front());
   events_.pop_front();
