@@ -7,7 +7,7 @@ packages=(
   cmake ninja-build g++ g++-multilib clang libclang-rt-14-dev clang-format clang-tidy
   googletest libgtest-dev libbenchmark-dev libopenblas-dev
   libsndfile1-dev libcli11-dev nlohmann-json3-dev libcairo2-dev libsdl2-dev
-  fonts-liberation2 fontconfig sox iem-plugin-suite-vst python3
+  fonts-liberation2 fontconfig sox iem-plugin-suite-vst python3 xvfb xauth xdotool x11-apps
 )
 
 missing=()

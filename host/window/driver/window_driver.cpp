@@ -40,17 +40,17 @@ InputEvent keyEvent(EventKind kind, int virtualKey, unsigned modifiers) {
 
 }  // namespace
 
-HWND WindowDriver::control(HWND dialog, int id) const {
-  Window* parent = system_.find(dialog);
+HWND findControl(const WindowSystem& system, HWND dialog, int id) {
+  Window* parent = system.find(dialog);
   Window* found = parent != nullptr ? findById(parent, id) : nullptr;
   return found != nullptr ? found->handle() : nullptr;
 }
 
-RECT WindowDriver::rectIn(HWND window, HWND reference) const {
-  Window* w = system_.find(window);
-  Window* r = system_.find(reference);
+RECT windowRectIn(const WindowSystem& system, HWND window, HWND reference) {
+  Window* w = system.find(window);
+  Window* r = system.find(reference);
   if (w == nullptr || r == nullptr) return {};
-  const POINT origin = system_.screenToClient(r, system_.clientToScreen(w, {0, 0}));
+  const POINT origin = system.screenToClient(r, system.clientToScreen(w, {0, 0}));
   return sized(origin.x, origin.y, w->clientWidth(), w->clientHeight());
 }
 

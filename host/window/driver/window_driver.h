@@ -11,15 +11,20 @@
 
 namespace winsys {
 
+// The control with this id: a direct child of `dialog`, else the first descendant; or null.
+HWND findControl(const WindowSystem& system, HWND dialog, int id);
+// The window's client area in `reference`'s client coordinates.
+RECT windowRectIn(const WindowSystem& system, HWND window, HWND reference);
+
 class WindowDriver {
  public:
   WindowDriver(WindowSystem& system, HeadlessBackend& backend)
       : system_(system), backend_(backend) {}
 
-  // The control with this id: a direct child of `dialog`, else the first descendant; or null.
-  HWND control(HWND dialog, int id) const;
-  // The window's client area in `reference`'s client coordinates.
-  RECT rectIn(HWND window, HWND reference) const;
+  HWND control(HWND dialog, int id) const { return findControl(system_, dialog, id); }
+  RECT rectIn(HWND window, HWND reference) const {
+    return windowRectIn(system_, window, reference);
+  }
   POINT centreOf(HWND window) const;
 
   void move(HWND window, POINT p, unsigned modifiers = 0);
