@@ -7,6 +7,7 @@
 
 #include "host/core/crash_guard.h"
 #include "host/core/host_error.h"
+#include "host/window/api/window_api.h"
 #include "host/window/window_table.h"
 #include "platform/plask_api.h"
 
@@ -60,6 +61,7 @@ PluginModule::~PluginModule() = default;
 
 void PluginModule::bindWindowLayer() {
   auto* module = static_cast<HINSTANCE>(handle_);
+  winsys::registerModuleFile(module, path_.c_str());
   if (const auto plaskMain = symbol<PlaskDllMainFn>(handle_, "PLASK_dllMain")) {
     exportsWindowBinding_ = true;
     const PluginCall call(path_.c_str(), "PLASK_dllMain");

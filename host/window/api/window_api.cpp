@@ -58,6 +58,12 @@ void* findWindowApiFunction(PlaskId id) {
   return index < table.size() ? table[index] : nullptr;
 }
 
+int windowScale256(HWND window) {
+  WindowSystem* system = WindowSystem::current();
+  const Window* found = system != nullptr ? system->find(window) : nullptr;
+  return found != nullptr ? system->scale256Of(found) : 0;
+}
+
 void registerModuleFile(HINSTANCE module, const char* path) {
   const std::lock_guard lock(moduleMutex());
   moduleFiles()[module] = path != nullptr ? path : "";
