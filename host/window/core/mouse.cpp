@@ -73,8 +73,8 @@ void WindowSystem::handleMouse(Window* top, const InputEvent& event) {
     case EventKind::Close:
       send(top, WM_CLOSE, 0, 0);
       break;
-    case EventKind::Expose:
-      invalidate(top, nullptr);
+    case EventKind::Expose:  // the back buffer still holds the picture: show it again
+      markPresented(top, top->clientRect());
       break;
     case EventKind::MouseMove:
       handleMouseMove(top, event);

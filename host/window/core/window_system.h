@@ -57,8 +57,9 @@ class WindowSystem {
   // without parent is top-level and gets a surface of the back-end.
   HWND create(const CreateParams& params);
   // A host frame: a top-level window whose client area holds a plug-in's editor, following the
-  // size of its child when `fitToChild`.
-  HWND createFrame(const char* title, int width, int height, int scale256, bool fitToChild);
+  // size of its child when `fitToChild`. `proc` (default: DefWindowProc) gets WM_CLOSE first.
+  HWND createFrame(const char* title, int width, int height, int scale256, bool fitToChild,
+                   WNDPROC proc = nullptr);
   // Destroys the window's children (each before its parent), then the window, each with
   // WM_DESTROY then WM_NCDESTROY. False for a handle that is not a live window.
   bool destroy(HWND window);

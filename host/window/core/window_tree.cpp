@@ -5,6 +5,7 @@
 #include "host/window/controls/control.h"
 #include "host/window/core/dispatch_scope.h"
 #include "host/window/core/window_system.h"
+#include "host/window/gdi/gdi_table.h"
 #include "platform/win32_controls.h"
 
 namespace winsys {
@@ -56,8 +57,9 @@ HWND WindowSystem::create(const CreateParams& params) {
 }
 
 HWND WindowSystem::createFrame(const char* title, int width, int height, int scale256,
-                               bool fitToChild) {
+                               bool fitToChild, WNDPROC proc) {
   CreateParams params;
+  params.proc = proc;
   params.className = "PLASK_Frame";
   params.text = title;
   params.rect = sized(0, 0, width, height);
@@ -104,6 +106,7 @@ void WindowSystem::forget(Window* window) {
   std::erase_if(timers_, [window](const Timer& t) { return t.window == window->handle(); });
   dropPosted(window->handle());
   std::erase_if(painting_, [window](const UpdateRegion& r) { return r.window == window; });
+  gdi_->forgetWindow(window);
   if (window->surface != nullptr) closeSurface(window);
   unlink(window);
   live_.erase(window);
@@ -188,6 +191,7 @@ void WindowSystem::move(Window* window, const RECT& rect, bool repaint) {
 
 void WindowSystem::resizeSurface(Window* topLevel) {
   Surface& surface = *topLevel->surface;
+  gdi_->forgetTarget(surface.backBuffer.get());
   surface.backBuffer = newBackBuffer(*topLevel);
   backend_->resizeSurface(surface.native, topLevel->clientWidth(), topLevel->clientHeight());
   surface.toPaint = {};

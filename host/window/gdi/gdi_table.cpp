@@ -72,6 +72,10 @@ void GdiTable::forgetWindow(const Window* window) {
   std::erase_if(contexts_, [window](const auto& entry) { return entry.second->window == window; });
 }
 
+void GdiTable::forgetTarget(const graphics::CairoBitmap* target) {
+  std::erase_if(contexts_, [target](const auto& entry) { return entry.second->target == target; });
+}
+
 HGDIOBJ GdiTable::createPen(int style, int width, int color, float alpha) {
   auto pen = std::make_unique<GdiObject>(
       GdiObject{GdiKind::Pen, style, width < 1 ? 1 : width, color, alpha, false});

@@ -56,8 +56,9 @@ class GdiTable {
   bool releaseDC(HDC dc);
   // Ours or a bitmap's context; null for anything else.
   DeviceContext* find(HDC dc);
-  // Drops the contexts of a window that goes away.
+  // Drops the contexts of a window that goes away, or of a back buffer that is replaced.
   void forgetWindow(const Window* window);
+  void forgetTarget(const graphics::CairoBitmap* target);
 
   HGDIOBJ createPen(int style, int width, int color, float alpha);
   HGDIOBJ createBrush(int color, float alpha);

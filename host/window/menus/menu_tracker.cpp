@@ -180,7 +180,8 @@ void MenuTracker::finish(UINT_PTR command) {
 }
 
 UINT_PTR MenuTracker::run() {
-  if (!done_) system_.runModal([this] { return done_; });
+  // A top-level window closed meanwhile ends the menu too.
+  if (!done_) system_.runModal([this] { return done_ || !system_.isLive(top_); });
   return result_;
 }
 
