@@ -90,6 +90,8 @@ int virtualKeyOfSdlKey(int sdlKeycode) {
 
 std::unique_ptr<SdlBackend> SdlBackend::open(std::string* error) {
   SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+  // The window system paints in software: the window's own framebuffer, no OpenGL behind it.
+  SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
   if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
     if (error != nullptr) *error = std::string("cannot open a window: ") + SDL_GetError();
     return nullptr;

@@ -35,7 +35,7 @@ const UiFont& uiFont(int scale256, bool bold) {
 }
 
 HFONT uiFontHandle(int scale256) {
-  static std::map<int, HFONT> handles;
+  static auto& handles = *new std::map<int, HFONT>;  // never destroyed: the handles live on
   auto [it, added] = handles.try_emplace(scale256, nullptr);
   if (added) {
     const graphics::FontDescription description = uiDescription(scale256, false);

@@ -113,16 +113,19 @@ int millisecondsUntil(std::uint64_t now, std::optional<std::uint64_t> due) {
 void WindowSystem::runUntilClosed(HWND window, const std::function<void()>& periodic,
                                   int periodMs) {
   quit_ = false;
+  if (!backend_->canWait()) {  // a virtual clock does not move by itself: see advanceClock
+    processEvents();
+    return;
+  }
   std::uint64_t nextPeriodic = backend_->nowMs() + std::max(periodMs, 1);
   while (find(window) != nullptr && !quit_) {
     std::optional<std::uint64_t> due = nextTimerDue();
     if (periodic && (!due || nextPeriodic < *due)) due = nextPeriodic;
-    const bool got = pumpOnce(millisecondsUntil(backend_->nowMs(), due));
+    pumpOnce(millisecondsUntil(backend_->nowMs(), due));
     if (periodic && backend_->nowMs() >= nextPeriodic) {
       periodic();
       nextPeriodic = backend_->nowMs() + std::max(periodMs, 1);
     }
-    if (!got && !backend_->canWait() && !nextTimerDue() && !periodic) break;
   }
 }
 

@@ -161,7 +161,8 @@ class WindowSystem {
   void processEvents();
   // Moves a virtual clock on by `ms`, firing each timer when it is due; false on a real clock.
   bool advanceClock(std::uint32_t ms);
-  // Runs until the window is destroyed, calling `periodic` about every `periodMs` (when set).
+  // Runs until the window is destroyed or requestQuit(), calling `periodic` about every
+  // `periodMs` (when set). On a virtual clock it only handles what is queued.
   void runUntilClosed(HWND window, const std::function<void()>& periodic, int periodMs);
   // Runs a nested loop until `done` holds; false when the back-end ran dry first (headless).
   bool runModal(const std::function<bool()>& done);
