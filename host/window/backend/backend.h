@@ -22,9 +22,10 @@ class Backend {
  public:
   virtual ~Backend() = default;
 
-  // A native window for a top-level window of the given client size in pixels; the result is
-  // what events name as their surface. `owner` identifies the window system's window.
+  // A native window, hidden at first, for a top-level window of the given client size in pixels;
+  // the result is what events name as their surface. `owner` identifies the system's window.
   virtual void* openSurface(HWND owner, const char* title, int width, int height) = 0;
+  virtual void showSurface(void* surface, bool visible) = 0;
   virtual void resizeSurface(void* surface, int width, int height) = 0;
   virtual void closeSurface(void* surface) = 0;
   // Copies the rectangles of the back buffer (the surface's size) to the screen.

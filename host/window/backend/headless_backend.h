@@ -23,6 +23,7 @@ class HeadlessBackend final : public Backend {
   explicit HeadlessBackend(int scale256 = 256) : scale256_(scale256) {}
 
   void* openSurface(HWND owner, const char* title, int width, int height) override;
+  void showSurface(void* /*surface*/, bool /*visible*/) override {}
   void resizeSurface(void* /*surface*/, int /*width*/, int /*height*/) override {}
   void closeSurface(void* /*surface*/) override {}
   void present(void* surface, graphics::CairoBitmap& backBuffer,

@@ -109,7 +109,17 @@ SdlBackend::~SdlBackend() {
 void* SdlBackend::openSurface(HWND /*owner*/, const char* title, int width, int height) {
   return SDL_CreateWindow(title != nullptr ? title : "", SDL_WINDOWPOS_CENTERED,
                           SDL_WINDOWPOS_CENTERED, std::max(width, 1), std::max(height, 1),
-                          SDL_WINDOW_SHOWN | SDL_WINDOW_ALLOW_HIGHDPI);
+                          SDL_WINDOW_HIDDEN | SDL_WINDOW_ALLOW_HIGHDPI);
+}
+
+void SdlBackend::showSurface(void* surface, bool visible) {
+  if (surface == nullptr) return;
+  if (visible) {
+    SDL_ShowWindow(windowOf(surface));
+    SDL_RaiseWindow(windowOf(surface));
+  } else {
+    SDL_HideWindow(windowOf(surface));
+  }
 }
 
 void SdlBackend::resizeSurface(void* surface, int width, int height) {

@@ -23,6 +23,7 @@ class SdlBackend final : public Backend {
   SdlBackend& operator=(const SdlBackend&) = delete;
 
   void* openSurface(HWND owner, const char* title, int width, int height) override;
+  void showSurface(void* surface, bool visible) override;
   void resizeSurface(void* surface, int width, int height) override;
   void closeSurface(void* surface) override;
   void present(void* surface, graphics::CairoBitmap& backBuffer,

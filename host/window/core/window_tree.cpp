@@ -47,6 +47,7 @@ HWND WindowSystem::create(const CreateParams& params) {
     window->surface->native = backend_->openSurface(window->handle(), window->text.c_str(),
                                                     window->clientWidth(), window->clientHeight());
     topLevels_.push_back(window);
+    if (window->visible) backend_->showSurface(window->surface->native, true);
   }
   if (send(window, WM_CREATE, 0, 0) == -1) {
     destroy(window->handle());
@@ -227,6 +228,7 @@ void WindowSystem::show(Window* window, bool visible) {
   if (window->visible == visible) return;
   if (!visible) invalidate(window, nullptr);
   window->visible = visible;
+  if (window->surface != nullptr) backend_->showSurface(window->surface->native, visible);
   if (visible) invalidate(window, nullptr);
   if (!visible && focus_ != nullptr) {
     for (Window* w = focus_; w != nullptr; w = w->parent) {
