@@ -2,6 +2,8 @@
 // its edit typed into with xdotool; what the dialog procedure received is checked, and a real
 // screenshot of the screen (x11_dialog.png, next to the test) must show what the window system
 // painted.
+#include <SDL.h>
+
 #include <cstdio>
 
 #include "host/graphics/bitmap.h"
@@ -130,4 +132,20 @@ TEST(SdlInX11, ClicksDragsAndTypingReachTheDialog) {
       << "first at " << difference.firstX << "," << difference.firstY;
   system.destroy(top);
   WindowSystem::setCurrent(nullptr);
+}
+
+TEST(SdlKeys, MapToTheVirtualKeysOfWin32) {
+  const std::pair<int, int> keys[] = {{SDLK_a, 'A'},
+                                      {SDLK_z, 'Z'},
+                                      {SDLK_7, '7'},
+                                      {SDLK_RETURN, VK_RETURN},
+                                      {SDLK_TAB, VK_TAB},
+                                      {SDLK_ESCAPE, VK_ESCAPE},
+                                      {SDLK_BACKSPACE, VK_BACK},
+                                      {SDLK_RSHIFT, VK_SHIFT},
+                                      {SDLK_LCTRL, VK_CONTROL},
+                                      {SDLK_RALT, VK_MENU},
+                                      {SDLK_PAGEDOWN, VK_NEXT},
+                                      {SDLK_F1, 0}};
+  for (const auto& [sdl, virtualKey] : keys) EXPECT_EQ(virtualKeyOfSdlKey(sdl), virtualKey) << sdl;
 }

@@ -33,27 +33,36 @@ pid_t spawn(const std::vector<std::string>& argv) {
 
 }  // namespace
 
+// Another process may take the same free number at the same moment: a server that exits instead
+// of opening its socket lost the race, and the next number is tried.
 bool XvfbServer::start(int width, int height, std::string* error) {
-  for (int n = 90; n < 200 && number_ < 0; ++n) {
-    const std::string n_ = std::to_string(n);
-    if (!exists("/tmp/.X11-unix/X" + n_) && !exists("/tmp/.X" + n_ + "-lock")) number_ = n;
-  }
-  if (number_ < 0) {
-    if (error != nullptr) *error = "no free X display number";
-    return false;
-  }
   const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-  pid_ = spawn({"Xvfb", display(), "-screen", "0", screen, "-nolisten", "tcp"});
-  const std::string socket = "/tmp/.X11-unix/X" + std::to_string(number_);
-  for (int waited = 0; pid_ > 0 && waited < 200 && !exists(socket); ++waited) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  for (int n = 90; n < 200; ++n) {
+    const std::string name = std::to_string(n);
+    const std::string socket = "/tmp/.X11-unix/X" + name;
+    if (exists(socket) || exists("/tmp/.X" + name + "-lock")) continue;
+    const pid_t pid = spawn({"Xvfb", ":" + name, "-screen", "0", screen, "-nolisten", "tcp"});
+    if (pid <= 0) break;
+    bool exited = false;
+    for (int waited = 0; waited < 200 && !exists(socket) && !exited; ++waited) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      exited = waitpid(pid, nullptr, WNOHANG) == pid;
+    }
+    // A server that lost the race may still be on its way out when the winner's socket appears.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (!exited && waitpid(pid, nullptr, WNOHANG) == 0 && exists(socket)) {
+      number_ = n;
+      pid_ = pid;
+      setenv("DISPLAY", display().c_str(), 1);
+      return true;
+    }
+    if (!exited) {
+      kill(pid, SIGTERM);
+      waitpid(pid, nullptr, 0);
+    }
   }
-  if (pid_ <= 0 || !exists(socket)) {
-    if (error != nullptr) *error = "Xvfb did not start on " + display() + " (is xvfb installed?)";
-    return false;
-  }
-  setenv("DISPLAY", display().c_str(), 1);
-  return true;
+  if (error != nullptr) *error = "Xvfb did not start (is xvfb installed?)";
+  return false;
 }
 
 XvfbServer::~XvfbServer() {
