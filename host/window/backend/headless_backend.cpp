@@ -22,6 +22,7 @@ void* HeadlessBackend::openSurface(HWND owner, const char* /*title*/, int /*widt
 void HeadlessBackend::present(void* /*surface*/, graphics::CairoBitmap& /*backBuffer*/,
                               const std::vector<RECT>& rects) {
   presentedRects_ += static_cast<long>(rects.size());
+  lastPresented_ = rects;
 }
 
 std::optional<InputEvent> HeadlessBackend::waitEvent(int /*timeoutMs*/) {

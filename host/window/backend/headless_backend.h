@@ -52,8 +52,9 @@ class HeadlessBackend final : public Backend {
   void setMessageBoxLog(std::function<void(const MessageBoxRecord&)> log) { log_ = std::move(log); }
   const std::vector<MessageBoxRecord>& messageBoxes() const { return boxes_; }
   CursorShape cursor() const { return cursor_; }
-  // Rectangles presented so far, over all surfaces.
+  // Rectangles presented so far, over all surfaces, and those of the last present.
   long presentedRects() const { return presentedRects_; }
+  const std::vector<RECT>& lastPresented() const { return lastPresented_; }
 
  private:
   std::uint64_t clockMs_ = 0;
@@ -65,6 +66,7 @@ class HeadlessBackend final : public Backend {
   std::vector<MessageBoxRecord> boxes_;
   CursorShape cursor_ = CursorShape::Arrow;
   long presentedRects_ = 0;
+  std::vector<RECT> lastPresented_;
 };
 
 // The button a message box of `style` answers when nobody chooses: its default button.

@@ -210,6 +210,12 @@ TEST_F(Controls, HotTrackButtonsClickAndMetersKeepTheirLevels) {
   send(kMeter, WM_KESTEL_VULEVELS, 0, reinterpret_cast<LPARAM>(levels));
   auto* meter = dynamic_cast<Meter*>(window(item(kMeter))->control.get());
   EXPECT_EQ((std::array{meter->levelDb(0), meter->levelDb(1)}), (std::array{-6.5, -120.0}));
+  system->paint();
+  const long presented = backend->presentedRects();
+  const double barely[2] = {-6.52, -130.0};  // the same pixels: nothing to repaint
+  send(kMeter, WM_KESTEL_VULEVELS, 0, reinterpret_cast<LPARAM>(barely));
+  system->paint();
+  EXPECT_EQ(backend->presentedRects(), presented);
 }
 
 TEST_F(Controls, DisabledControlsIgnoreInput) {

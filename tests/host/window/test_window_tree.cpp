@@ -205,8 +205,14 @@ TEST_F(WindowTree, InvalidatedWindowsRepaintParentsFirstWithTheirUpdateRectangle
   std::vector<HWND> painted;
   for (const Recorded& r : received(WM_PAINT)) painted.push_back(r.window);
   EXPECT_EQ(painted, (std::vector<HWND>{a, b})) << "a's area under b is repainted before b";
+  ASSERT_EQ(backend->lastPresented().size(), 1u);
+  const RECT shown = backend->lastPresented()[0];
+  EXPECT_EQ((std::array{shown.left, shown.top, shown.right, shown.bottom}),
+            (std::array{55, 55, 65, 60}))
+      << "only the invalidated part, in the frame";
   recorded().clear();
+  const long presented = backend->presentedRects();
   system->paint();
   EXPECT_TRUE(received(WM_PAINT).empty());
-  EXPECT_GT(backend->presentedRects(), 0);
+  EXPECT_EQ(backend->presentedRects(), presented) << "nothing invalidated, nothing presented";
 }
