@@ -20,9 +20,7 @@ constexpr int kMaxVisibleRows = 12;
 
 Combo::Combo(Window& window) : Control(window) {}
 
-Combo::~Combo() {
-  if (popup_ != nullptr && system().isLive(popup_)) system().destroy(popup_->handle());
-}
+Combo::~Combo() = default;
 
 LRESULT Combo::handle(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message >= CB_GETEDITSEL && message <= CB_FINDSTRINGEXACT) {
@@ -61,6 +59,10 @@ LRESULT Combo::handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return dropped() ? DLGC_WANTALLKEYS : DLGC_WANTARROWS | DLGC_WANTCHARS;
     case WM_ENABLE:
       if (wParam == 0) close(false);
+      return 0;
+    case WM_DESTROY:
+      if (dropped() && system().isLive(popup_)) system().destroy(popup_->handle());
+      popup_ = nullptr;
       return 0;
     default:
       return Control::handle(message, wParam, lParam);
@@ -165,7 +167,7 @@ void Combo::chooseByUser(int index) {
 }
 
 PopupList* Combo::list() const {
-  return popupListOf(popup_);
+  return system().isLive(popup_) ? popupListOf(popup_) : nullptr;
 }
 
 void Combo::open() {
@@ -189,7 +191,7 @@ void Combo::close(bool choose) {
   Window* popup = popup_;
   popup_ = nullptr;
   pressedOpen_ = false;
-  system().destroy(popup->handle());
+  if (system().isLive(popup)) system().destroy(popup->handle());
   if (system().capture() == &self()) system().releaseCapture();
   invalidate();
   if (choose) chooseByUser(chosen);

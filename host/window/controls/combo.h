@@ -20,7 +20,7 @@ class Combo final : public Control {
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam) override;
   void paint(cairo_t* cr) override;
 
-  bool dropped() const { return popup_ != nullptr; }
+  bool dropped() const { return popup_ != nullptr && system().isLive(popup_); }
   Window* popupWindow() const { return popup_; }
   int selection() const { return selection_; }
 

@@ -177,7 +177,9 @@ void WindowSystem::notifyParent(Window* control, int code) {
 }
 
 void WindowSystem::freeDestroyed() {
-  if (dispatchDepth_ == 0) destroyed_.clear();
+  if (dispatchDepth_ != 0) return;
+  const std::vector<std::unique_ptr<Window>> dead = std::move(destroyed_);
+  destroyed_.clear();
 }
 
 }  // namespace winsys

@@ -111,7 +111,7 @@ void WindowSystem::forget(Window* window) {
   if (window->surface != nullptr) closeSurface(window);
   unlink(window);
   live_.erase(window);
-  window->control.reset();
+  // The control object goes with the window, later: its own code may still be on the stack.
   destroyed_.emplace_back(window);
 }
 

@@ -233,3 +233,32 @@ TEST_F(Controls, DisabledControlsIgnoreInput) {
   EXPECT_EQ(text(kEdit), "");
   EXPECT_EQ(send(kLock, BM_GETCHECK, 0, 0), BST_UNCHECKED);
 }
+
+// A dialog may destroy a control from inside its notification: the control's own code that is
+// still running must not touch freed memory (the address sanitizer build checks it).
+TEST_F(WindowTest, ControlsDestroyedByTheirOwnNotificationsStaySafe) {
+  static WindowSystem* current = nullptr;
+  current = system.get();
+  const auto destroyingProc = [](HWND, UINT message, WPARAM wParam, LPARAM lParam) -> INT_PTR {
+    const int code = highWord(wParam);
+    if (message == WM_COMMAND && (code == BN_CLICKED || code == CBN_SELCHANGE)) {
+      current->destroy(reinterpret_cast<HWND>(lParam));
+    }
+    if (message == WM_HSCROLL) current->destroy(reinterpret_cast<HWND>(lParam));
+    return 0;
+  };
+  const HWND top = frame(800, 600);
+  const HWND dialog = createDialog(*system, &testDialogResource, 77, top, destroyingProc, 0);
+  system->show(window(dialog), true);
+  system->send(driver->control(dialog, kCombo), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("one"));
+  for (const int id : {kGo, kLock, kHot, kFader}) {
+    const HWND control = driver->control(dialog, id);
+    driver->drag(control, {4, 4}, {std::min(30, window(control)->clientWidth() - 2), 4});
+    EXPECT_EQ(system->find(control), nullptr) << id;
+  }
+  const HWND combo = driver->control(dialog, kCombo);
+  EXPECT_TRUE(driver->chooseComboItem(combo, 0));
+  EXPECT_EQ(system->find(combo), nullptr);
+  EXPECT_EQ(system->capture(), nullptr);
+  system->paint();
+}
