@@ -4,6 +4,7 @@
 
 #include "host/window/control_registry.h"
 #include "host/window/dialogs/control_records.h"
+#include "host/window/window_table.h"
 #include "tests/host/window/test_dialog.h"
 
 using namespace winsys;
@@ -138,4 +139,74 @@ TEST_F(Dialogs, InitDialogGetsTheParameterAndMakeFunctionsUseTheCurrentParameter
   EXPECT_EQ(driver->rectIn(edit, dialog).left, 15);
   EXPECT_EQ(driver->rectIn(edit, dialog).right, 109);
   EXPECT_EQ(system->childById(window(dialog), 99), window(edit));
+}
+
+namespace {
+
+template <PlaskId Id>
+PlaskFn<Id> bound() {
+  return reinterpret_cast<PlaskFn<Id>>(findWindowFunction(kPlaskNames[static_cast<int>(Id)]));
+}
+
+}  // namespace
+
+// The dialog-item helpers the editor refreshes its controls with, through the bound names.
+TEST_F(Dialogs, ItemHelpersReadAndWriteTheControls) {
+  open(256);
+  char text[16];
+  struct IntCase {
+    const char* typed;
+    BOOL isSigned;
+    UINT value;
+    BOOL ok;
+  };
+  const IntCase ints[] = {{"64", 0, 64, 1},
+                          {"-3", 1, static_cast<UINT>(-3), 1},
+                          {"-3", 0, 0, 0},
+                          {"12a", 0, 0, 0},
+                          {"", 0, 0, 0}};
+  for (const IntCase& c : ints) {
+    bound<PlaskId::SetDlgItemText>()(dialog, kEdit, c.typed);
+    BOOL ok = -1;
+    EXPECT_EQ(bound<PlaskId::GetDlgItemInt>()(dialog, kEdit, &ok, c.isSigned), c.value) << c.typed;
+    EXPECT_EQ(ok, c.ok) << c.typed;
+  }
+  bound<PlaskId::SetDlgItemInt>()(dialog, kEdit, static_cast<UINT>(-17), 1);
+  EXPECT_EQ(bound<PlaskId::GetDlgItemText>()(dialog, kEdit, text, sizeof text), 3);
+  EXPECT_STREQ(text, "-17");
+  EXPECT_EQ(bound<PlaskId::GetWindowTextLength>()(driver->control(dialog, kEdit)), 3);
+  bound<PlaskId::CheckDlgButton>()(dialog, kLock, BST_CHECKED);
+  EXPECT_EQ(bound<PlaskId::IsDlgButtonChecked>()(dialog, kLock), static_cast<UINT>(BST_CHECKED));
+  EXPECT_EQ(bound<PlaskId::IsDlgButtonChecked>()(dialog, 4242), 0u) << "no such item";
+  bound<PlaskId::EnableWindow>()(driver->control(dialog, kEdit), 0);
+  EXPECT_EQ(bound<PlaskId::IsWindowEnabled>()(driver->control(dialog, kEdit)), 0);
+  EXPECT_TRUE(bound<PlaskId::PLASK_IsButton>()(driver->control(dialog, kLock)));
+  EXPECT_TRUE(bound<PlaskId::PLASK_IsGroupBox>()(driver->control(dialog, kGroup)));
+  EXPECT_TRUE(bound<PlaskId::PLASK_IsStaticText>()(driver->control(dialog, kName)));
+  EXPECT_EQ(bound<PlaskId::GetClassName>()(driver->control(dialog, kFader), text, sizeof text), 12);
+  EXPECT_STREQ(text, "KESTELhfader");
+}
+
+// The host controls work from the keyboard too: each key press is a gesture of its own.
+TEST_F(Dialogs, HostControlsTakeKeys) {
+  open(256);
+  system->show(window(dialog), true);
+  const HWND fader = driver->control(dialog, kFader), knob = driver->control(dialog, kKnob);
+  system->setFocus(window(fader));
+  for (const int key : {VK_RIGHT, VK_NEXT, VK_END, VK_HOME}) driver->key(key);
+  driver->key(VK_LEFT, kModShift);
+  std::vector<int> positions;
+  for (const Recorded& r : received(WM_HSCROLL)) {
+    if (lowWord(r.wParam) == SB_THUMBTRACK) positions.push_back(highWord(r.wParam));
+  }
+  EXPECT_EQ(positions, (std::vector<int>{10, 110, 1000, 0})) << "nothing below the minimum";
+  EXPECT_EQ(received(WM_HSCROLL).back().wParam, makeWParam(SB_ENDSCROLL, 0));
+  recorded().clear();
+  system->setFocus(window(knob));
+  driver->key(VK_UP);
+  driver->key(VK_DOWN, kModShift);
+  std::vector<LPARAM> steps;
+  for (const Recorded& r : received(WM_COMMAND)) steps.push_back(r.lParam);
+  EXPECT_EQ(steps, (std::vector<LPARAM>{(kKnobCentre + 4 * 1638) | kKnobGestureEnd,
+                                        (kKnobCentre - 1638) | kKnobGestureEnd}));
 }
