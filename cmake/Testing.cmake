@@ -1,3 +1,6 @@
+# The programs of a 32-bit build start natively or through qemu-i386, whichever this machine needs.
+include(Run32)
+
 # spatiola_add_test(name SOURCES a.cpp ... LIBS lib ...): one GoogleTest binary, one ctest entry.
 function(spatiola_add_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;LABELS" ${ARGN})
