@@ -11,6 +11,7 @@ packages=(
   ccache     # the compiler cache that every checkout on the machine shares (scripts/build.sh)
   qemu-user  # qemu-i386: the 32-bit tests run through it where the kernel refuses 32-bit programs,
              # and once more on every machine (scripts/test.sh)
+  xvfb xauth xdotool x11-apps  # the window system's end-to-end test: an X server, xdotool
 )
 
 missing=()

@@ -356,6 +356,24 @@ FontDescription defaultFontDescription() {
   return {"Arial", kDefaultCellHeightPx, 400, false};
 }
 
+const SharedScaledFont* sharedScaledFont(const FontDescription& description) {
+  static std::mutex mutex;
+  static std::map<std::tuple<std::string, int, int, bool>,
+                  std::pair<std::unique_ptr<RealizedFont>, SharedScaledFont>>
+      fonts;
+  std::lock_guard lock(mutex);
+  const auto key = std::make_tuple(lowerCase(description.face), description.height,
+                                   description.weight, description.italic);
+  auto it = fonts.find(key);
+  if (it == fonts.end()) {
+    std::unique_ptr<RealizedFont> realized = realize(description);
+    if (realized == nullptr) return nullptr;
+    const SharedScaledFont shared{realized->font, realized->ascentPx, realized->descentPx};
+    it = fonts.emplace(key, std::make_pair(std::move(realized), shared)).first;
+  }
+  return &it->second.second;
+}
+
 // ---- Font objects ------------------------------------------------------------------------------
 
 CairoFont::CairoFont() : description_(defaultFontDescription()) {}

@@ -86,4 +86,13 @@ class CairoFont final : public DAUB_IFont {
 // The description fonts use before a handle is attached, and the default text functions use.
 FontDescription defaultFontDescription();
 
+// A face realised at a description's size for callers that place glyphs themselves (the window
+// layer's controls). Kept for the process's lifetime; null when no face matches. [any thread]
+struct SharedScaledFont {
+  cairo_scaled_font_t* font;
+  int ascentPx;
+  int descentPx;
+};
+const SharedScaledFont* sharedScaledFont(const FontDescription& description);
+
 }  // namespace graphics

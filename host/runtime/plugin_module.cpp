@@ -8,6 +8,7 @@
 #include "host/runtime/crash_guard.h"
 #include "host/runtime/host_error.h"
 #include "host/services/window_table.h"
+#include "host/window/api/window_api.h"
 #include "platform/plask_api.h"
 
 namespace {
@@ -60,6 +61,7 @@ PluginModule::~PluginModule() = default;
 
 void PluginModule::bindWindowLayer() {
   auto* module = static_cast<HINSTANCE>(handle_);
+  winsys::registerModuleFile(module, path_.c_str());
   if (const auto plaskMain = symbol<PlaskDllMainFn>(handle_, "PLASK_dllMain")) {
     exportsWindowBinding_ = true;
     const PluginCall call(path_.c_str(), "PLASK_dllMain");

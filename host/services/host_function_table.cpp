@@ -8,6 +8,7 @@
 #include "host/services/graphics_table.h"
 #include "host/services/settings.h"
 #include "host/window/accelerators.h"
+#include "host/window/api/window_api.h"
 #include "platform/host_functions.h"
 
 namespace {
@@ -45,8 +46,11 @@ HWND hostGetMainHwnd() {
   return nullptr;  // headless: there is no main window
 }
 
-int hostDpiScaling(HWND /*window*/) {
-  return displayScale256();
+// The scale of the window's top-level window when it is one of the window system's, else the
+// host's display scale.
+int hostDpiScaling(HWND window) {
+  const int scale256 = winsys::windowScale256(window);
+  return scale256 > 0 ? scale256 : displayScale256();
 }
 
 // The host ships no translations: texts and dialogs are used as the plug-in wrote them.

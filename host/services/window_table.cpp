@@ -8,6 +8,7 @@
 
 #include "host/services/graphics_table.h"
 #include "host/services/profile_files.h"
+#include "host/window/api/window_api.h"
 #include "host/window/control_registry.h"
 #include "host/window/key_state.h"
 #include "host/window/window_headless.h"
@@ -67,6 +68,9 @@ void* realImplementation(PlaskId id) {
 WindowFunctionEntry entryFor(int index) {
   const auto id = static_cast<PlaskId>(index);
   const char* name = kPlaskNames[index];
+  if (void* system = winsys::findWindowApiFunction(id)) {
+    return {name, system, WindowFunctionKind::Real};
+  }
   if (void* own = realImplementation(id)) return {name, own, WindowFunctionKind::Real};
   if (void* font = findGraphicsWindowFunction(name)) {
     return {name, font, WindowFunctionKind::Graphics};

@@ -1,0 +1,21 @@
+// Kept apart: the X11 headers SDL_syswm.h brings define names (CursorShape, None, ...) that
+// clash with the window system's.
+#include "host/window/backend/sdl_backend.h"
+// After the window system's own headers: X11 defines macros over some of its names.
+#include <SDL.h>
+#include <SDL_syswm.h>
+
+namespace winsys {
+
+unsigned long SdlBackend::x11WindowId(void* surface) const {
+  SDL_SysWMinfo info;
+  SDL_VERSION(&info.version);
+  auto* window = static_cast<SDL_Window*>(surface);
+  if (window == nullptr || SDL_GetWindowWMInfo(window, &info) != SDL_TRUE) return 0;
+#if defined(SDL_VIDEO_DRIVER_X11)
+  if (info.subsystem == SDL_SYSWM_X11) return info.info.x11.window;
+#endif
+  return 0;
+}
+
+}  // namespace winsys

@@ -1,0 +1,137 @@
+// What a plug-in's window procedure draws through the drawing-context names lands in the picture
+// where Win32 would put it; the edit text model keeps whole UTF-8 characters.
+#include "host/graphics/bitmap.h"
+#include "host/graphics/drawing.h"
+#include "host/window/api/window_api.h"
+#include "host/window/controls/edit_buffer.h"
+#include "tests/host/window/window_test_support.h"
+
+using namespace winsys;
+
+namespace {
+
+template <PlaskId Id>
+PlaskFn<Id> bound() {
+  return reinterpret_cast<PlaskFn<Id>>(winsys::findWindowApiFunction(Id));
+}
+
+DAUB_IBitmap* sprite = nullptr;
+
+// Paints like a plug-in view: a bitmap blitted and stretched, a brush, a pen, text.
+LRESULT paintingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_PAINT) return bound<PlaskId::DefWindowProc>()(window, message, wParam, lParam);
+  PAINTSTRUCT paint{};
+  const HDC dc = bound<PlaskId::BeginPaint>()(window, &paint);
+  bound<PlaskId::BitBlt>()(dc, 10, 10, 8, 8, sprite->getDC(), 0, 0, SRCCOPY);
+  bound<PlaskId::StretchBlt>()(dc, 30, 10, 16, 16, sprite->getDC(), 0, 0, 8, 8, SRCCOPY);
+  const HBRUSH brush = bound<PlaskId::CreateSolidBrush>()(rgb(0, 0, 255));
+  const RECT fill{60, 10, 70, 20};
+  bound<PlaskId::PLASK_FillRect>()(dc, &fill, brush);
+  const HPEN pen = bound<PlaskId::CreatePen>()(PS_SOLID, 1, rgb(255, 255, 0));
+  const HGDIOBJ oldPen = bound<PlaskId::SelectObject>()(dc, reinterpret_cast<HGDIOBJ>(pen));
+  bound<PlaskId::SelectObject>()(dc, bound<PlaskId::GetStockObject>()(NULL_BRUSH));
+  bound<PlaskId::Rectangle>()(dc, 80, 10, 90, 20);
+  bound<PlaskId::SelectObject>()(dc, oldPen);
+  bound<PlaskId::SetTextColor>()(dc, rgb(255, 255, 255));
+  bound<PlaskId::SetBkMode>()(dc, TRANSPARENT);
+  RECT text{10, 40, 100, 60};
+  bound<PlaskId::PLASK_DrawText>()(dc, "Text", -1, &text, DT_SINGLELINE | DT_VCENTER);
+  bound<PlaskId::EndPaint>()(window, &paint);
+  bound<PlaskId::DeleteObject>()(reinterpret_cast<HGDIOBJ>(brush));
+  bound<PlaskId::DeleteObject>()(reinterpret_cast<HGDIOBJ>(pen));
+  return 0;
+}
+
+DAUB_pixel pixel(graphics::CairoBitmap& picture, int x, int y) {
+  return graphics::DAUB_GetPixel(&picture, x, y);
+}
+
+}  // namespace
+
+class Drawing : public WindowTest {};
+
+TEST_F(Drawing, ContextsDrawWhereWin32Would) {
+  std::unique_ptr<DAUB_IBitmap> bitmap(graphics::DAUB_CreateBitmap(DAUB_BITMAP_WITH_DC, 8, 8));
+  sprite = bitmap.get();
+  graphics::DAUB_Clear(sprite, 0xFFFF0000);
+  graphics::DAUB_FillRect(sprite, 4, 4, 4, 4, 0xFF00FF00, 1.0f, 0);
+  const HWND top = frame(120, 80);
+  CreateParams params;
+  params.parent = top;
+  params.rect = {0, 0, 120, 80};
+  params.style = WS_VISIBLE;
+  params.proc = paintingProc;
+  const HWND view = system->create(params);
+  const auto picture = system->render(window(view));
+  ASSERT_NE(picture, nullptr);
+  struct Probe {
+    int x, y;
+    DAUB_pixel expected;
+  };
+  const Probe probes[] = {
+      {10, 10, 0xFFFF0000}, {17, 17, 0xFF00FF00}, {18, 18, 0xFFECECEC},  // blit, 8 x 8 only
+      {31, 11, 0xFFFF0000}, {44, 24, 0xFF00FF00},                        // stretched twice
+      {60, 10, 0xFF0000FF}, {69, 19, 0xFF0000FF}, {70, 20, 0xFFECECEC},  // FillRect is half-open
+      {80, 10, 0xFFFFFF00}, {89, 19, 0xFFFFFF00}, {85, 15, 0xFFECECEC},  // outline, null brush
+  };
+  for (const Probe& p : probes) {
+    EXPECT_EQ(pixel(*picture, p.x, p.y), p.expected) << p.x << "," << p.y;
+  }
+  int white = 0;
+  for (int y = 40; y < 60; ++y) {
+    for (int x = 10; x < 60; ++x)
+      white += (pixel(*picture, x, y) & 0xFF) > 0xF4 ? 1 : 0;  // brighter than the face
+  }
+  EXPECT_GT(white, 20) << "the text";
+  // Handles of another kind or of nothing are refused.
+  bound<PlaskId::BitBlt>()(reinterpret_cast<HDC>(&white), 0, 0, 5, 5, sprite->getDC(), 0, 0, 0);
+  EXPECT_EQ(bound<PlaskId::GetDC>()(reinterpret_cast<HWND>(&white)), nullptr);
+}
+
+TEST(EditBuffer, EditsWholeCharacters) {
+  struct Step {
+    const char* what;
+    void (*act)(EditBuffer&);
+    const char* text;
+    std::size_t caret, anchor;
+  };
+  const Step steps[] = {
+      {"type", [](EditBuffer& b) { b.replaceSelection("aé b"); }, "aé b", 5, 5},
+      {"left over a space",
+       [](EditBuffer& b) {
+         b.moveByCharacter(-1, false);
+         b.moveByCharacter(-1, false);
+       },
+       "aé b", 3, 3},
+      {"select é", [](EditBuffer& b) { b.moveByCharacter(-1, true); }, "aé b", 1, 3},
+      {"backspace takes it whole", [](EditBuffer& b) { b.eraseBackward(); }, "a b", 1, 1},
+      {"delete the space", [](EditBuffer& b) { b.eraseForward(); }, "ab", 1, 1},
+      {"word", [](EditBuffer& b) { b.selectWordAt(1); }, "ab", 2, 0},
+      {"mid-character selection snaps",
+       [](EditBuffer& b) {
+         b.setText("éé");
+         b.select(1, 3);
+       },
+       "éé", 2, 0},
+      {"limit",
+       [](EditBuffer& b) {
+         b.setLimit(3);
+         b.moveTo(4, false);
+         b.replaceSelection("ü");
+       },
+       "éé", 4, 4},
+      {"limit cuts at a character",
+       [](EditBuffer& b) {
+         b.setLimit(6);
+         b.replaceSelection("üü");
+       },
+       "ééü", 6, 6},
+  };
+  EditBuffer buffer;
+  for (const Step& step : steps) {
+    step.act(buffer);
+    EXPECT_EQ(buffer.text(), step.text) << step.what;
+    EXPECT_EQ((std::array{buffer.caret(), buffer.anchor()}), (std::array{step.caret, step.anchor}))
+        << step.what;
+  }
+}

@@ -1,0 +1,129 @@
+// Pop-up menus chosen with the mouse and with keys, accelerator records before the focused
+// window, and message boxes answered and logged without a display.
+#include "host/window/accelerators.h"
+#include "host/window/menus/menu_tracker.h"
+#include "tests/host/window/window_test_support.h"
+
+using namespace winsys;
+
+namespace {
+
+class MenusAndKeys : public WindowTest {
+ public:
+  MenusAndKeys() {
+    top = frame(400, 300);
+    CreateParams params;
+    params.parent = top;
+    params.rect = {0, 0, 400, 300};
+    params.style = WS_VISIBLE | WS_TABSTOP;
+    params.proc = recordingWindowProc;
+    target = system->create(params);
+    system->setFocus(window(target));
+    menu = system->menus().create();
+    auto& menus = system->menus();
+    sub = menus.create();
+    menus.insert(sub, -1, 0, 31, "Deep");
+    menus.insert(menu, -1, 0, 100, "&Adjust inputs/outputs");
+    menus.insert(menu, -1, MF_SEPARATOR, 0, nullptr);
+    menus.insert(menu, -1, MF_GRAYED, 101, "Greyed");
+    menus.insert(menu, -1, MF_POPUP, reinterpret_cast<UINT_PTR>(sub), "More");
+    menus.insert(menu, -1, 0, 102, "Last\tCtrl+L");
+  }
+  int track(UINT flags = TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON) {
+    return trackPopupMenu(*system, menu, flags, 50, 40, target);
+  }
+  void queueKeys(std::initializer_list<int> keys) {
+    for (const int key : keys) {
+      InputEvent down;
+      down.kind = EventKind::KeyDown;
+      down.virtualKey = key;
+      backend->queue(down);
+    }
+  }
+  HWND top = nullptr, target = nullptr;
+  HMENU menu = nullptr, sub = nullptr;
+};
+
+int acceptTab(MSG* message, AcceleratorRegister*) {
+  return message->message == WM_KEYDOWN && message->wParam == VK_TAB ? 1 : 0;
+}
+int passAll(MSG*, AcceleratorRegister*) {
+  return -1;
+}
+
+}  // namespace
+
+TEST_F(MenusAndKeys, MenusAreChosenByMouseAndByKeys) {
+  struct Case {
+    const char* how;
+    std::function<void(MenusAndKeys&)> answer;
+    int command;
+  };
+  const Case cases[] = {
+      {"click", [](MenusAndKeys& t) { t.driver->answerNextMenu("Adjust inputs/outputs"); }, 100},
+      {"click on a greyed item does nothing",
+       [](MenusAndKeys& t) { t.driver->answerNextMenu("Greyed"); }, 0},
+      {"keys skip separators and greyed items",
+       [](MenusAndKeys& t) {
+         t.queueKeys({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN});
+       },
+       102},
+      {"into the submenu",
+       [](MenusAndKeys& t) {
+         t.queueKeys({VK_UP, VK_UP, VK_RIGHT, VK_RETURN});
+       },
+       31},
+      {"escape",
+       [](MenusAndKeys& t) {
+         t.queueKeys({VK_DOWN, VK_ESCAPE});
+       },
+       0},
+      {"nothing more comes", [](MenusAndKeys&) {}, 0},
+  };
+  for (const Case& c : cases) {
+    c.answer(*this);
+    EXPECT_EQ(track(), c.command) << c.how;
+    EXPECT_EQ(system->openMenu(), nullptr);
+    EXPECT_EQ(system->capture(), nullptr);
+    backend->setIdleHook(nullptr);
+  }
+  EXPECT_EQ(system->menus().check(menu, 100, MF_CHECKED), static_cast<int>(MF_UNCHECKED));
+  EXPECT_EQ(system->menus().item(menu, 100, 0)->flags & MF_CHECKED, MF_CHECKED);
+  // Without TPM_RETURNCMD the choice arrives as WM_COMMAND.
+  driver->answerNextMenu("Last");
+  EXPECT_EQ(track(TPM_RIGHTBUTTON), 1);
+  system->processEvents();
+  ASSERT_EQ(received(WM_COMMAND).size(), 1u);
+  EXPECT_EQ(received(WM_COMMAND)[0].wParam, 102u);
+}
+
+TEST_F(MenusAndKeys, AcceleratorsSeeKeysBeforeTheFocus) {
+  AcceleratorRegister tab{acceptTab, true, nullptr}, other{passAll, true, nullptr};
+  pluginRegister("<accelerator", &other);
+  pluginRegister("<accelerator", &tab);
+  system->setAcceleratorSource(registeredAccelerators);
+  driver->key(VK_TAB);
+  driver->key('A');
+  std::vector<WPARAM> keys;
+  for (const Recorded& r : received(WM_KEYDOWN)) keys.push_back(r.wParam);
+  EXPECT_EQ(keys, (std::vector<WPARAM>{'A'})) << "Tab was consumed; -1 lets keys through";
+  EXPECT_TRUE(received(WM_CHAR).size() == 0 || received(WM_CHAR)[0].wParam != VK_TAB);
+  pluginRegister("-accelerator", &tab);
+  pluginRegister("-accelerator", &other);
+}
+
+TEST_F(MenusAndKeys, MessageBoxesAreAnsweredAndLogged) {
+  std::vector<std::string> log;
+  backend->setMessageBoxLog(
+      [&](const MessageBoxRecord& box) { log.push_back(box.caption + ": " + box.text); });
+  backend->queueMessageBoxAnswer(IDNO);
+  const auto messageBox = [&](int style) {
+    return backend->messageBox(nullptr, "Text", "Title", style);
+  };
+  EXPECT_EQ(messageBox(MB_YESNO), IDNO);
+  EXPECT_EQ(messageBox(MB_YESNO), IDYES);
+  EXPECT_EQ(messageBox(MB_OKCANCEL | MB_DEFBUTTON2), IDCANCEL);
+  EXPECT_EQ(messageBox(MB_OK), IDOK);
+  EXPECT_EQ(log.size(), 4u);
+  EXPECT_EQ(log[0], "Title: Text");
+}

@@ -1,0 +1,150 @@
+#include "tests/host/window/x11_support.h"
+
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include "host/graphics/bitmap.h"
+
+extern char** environ;
+
+namespace {
+
+bool exists(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0;
+}
+
+pid_t spawn(const std::vector<std::string>& argv) {
+  std::vector<char*> args;
+  for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
+  args.push_back(nullptr);
+  pid_t pid = -1;
+  if (posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return -1;
+  return pid;
+}
+
+}  // namespace
+
+// Another process may take the same free number at the same moment: a server that exits instead
+// of opening its socket lost the race, and the next number is tried.
+bool XvfbServer::start(int width, int height, std::string* error) {
+  const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
+  for (int n = 90; n < 200; ++n) {
+    const std::string name = std::to_string(n);
+    const std::string socket = "/tmp/.X11-unix/X" + name;
+    if (exists(socket) || exists("/tmp/.X" + name + "-lock")) continue;
+    const pid_t pid = spawn({"Xvfb", ":" + name, "-screen", "0", screen, "-nolisten", "tcp"});
+    if (pid <= 0) break;
+    bool exited = false;
+    for (int waited = 0; waited < 200 && !exists(socket) && !exited; ++waited) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      exited = waitpid(pid, nullptr, WNOHANG) == pid;
+    }
+    // A server that lost the race may still be on its way out when the winner's socket appears.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    if (!exited && waitpid(pid, nullptr, WNOHANG) == 0 && exists(socket)) {
+      number_ = n;
+      pid_ = pid;
+      setenv("DISPLAY", display().c_str(), 1);
+      return true;
+    }
+    if (!exited) {
+      kill(pid, SIGTERM);
+      waitpid(pid, nullptr, 0);
+    }
+  }
+  if (error != nullptr) *error = "Xvfb did not start (is xvfb installed?)";
+  return false;
+}
+
+XvfbServer::~XvfbServer() {
+  if (pid_ <= 0) return;
+  kill(pid_, SIGTERM);
+  int status = 0;
+  waitpid(pid_, &status, 0);
+}
+
+ChildProcess::ChildProcess(const std::vector<std::string>& argv) : pid_(spawn(argv)) {}
+
+ChildProcess::~ChildProcess() {
+  if (pid_ > 0 && status_ < 0) {
+    kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
+}
+
+bool ChildProcess::finished() {
+  if (pid_ <= 0) return true;
+  if (status_ >= 0) return true;
+  int status = 0;
+  if (waitpid(pid_, &status, WNOHANG) != pid_) return false;
+  status_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128;
+  return true;
+}
+
+namespace {
+
+std::uint32_t bigEndian(const unsigned char* p) {
+  return (std::uint32_t{p[0]} << 24) | (std::uint32_t{p[1]} << 16) | (std::uint32_t{p[2]} << 8) |
+         p[3];
+}
+
+int shiftOf(std::uint32_t mask) {
+  int shift = 0;
+  while (mask != 0 && (mask & 1u) == 0) {
+    mask >>= 1;
+    ++shift;
+  }
+  return shift;
+}
+
+}  // namespace
+
+std::unique_ptr<DAUB_IBitmap> readXwd(const std::string& path, std::string* error) {
+  std::ifstream file(path, std::ios::binary);
+  std::vector<unsigned char> data((std::istreambuf_iterator<char>(file)), {});
+  auto fail = [&](const char* why) {
+    if (error != nullptr) *error = path + ": " + why;
+    return std::unique_ptr<DAUB_IBitmap>();
+  };
+  if (data.size() < 100) return fail("not an X window dump");
+  auto field = [&](int index) { return bigEndian(&data[static_cast<std::size_t>(index) * 4]); };
+  const std::uint32_t headerSize = field(0), format = field(2), width = field(4), height = field(5);
+  const std::uint32_t byteOrder = field(7), bitsPerPixel = field(11), bytesPerLine = field(12);
+  const std::uint32_t masks[3] = {field(14), field(15), field(16)};
+  const std::uint32_t colours = field(19);
+  const std::size_t pixels = headerSize + colours * 12u;
+  if (format != 2 || (bitsPerPixel != 32 && bitsPerPixel != 24) ||
+      data.size() < pixels + static_cast<std::size_t>(bytesPerLine) * height) {
+    return fail("unsupported X window dump");
+  }
+  std::unique_ptr<graphics::CairoBitmap> picture = graphics::CairoBitmap::create(
+      DAUB_BITMAP_MEMORY, static_cast<int>(width), static_cast<int>(height));
+  if (picture == nullptr) return fail("too large");
+  const std::size_t bytes = bitsPerPixel / 8;
+  for (std::uint32_t y = 0; y < height; ++y) {
+    std::uint32_t* row = picture->row(static_cast<int>(y));
+    for (std::uint32_t x = 0; x < width; ++x) {
+      const unsigned char* p = &data[pixels + y * bytesPerLine + x * bytes];
+      std::uint32_t value = 0;
+      for (std::size_t b = 0; b < bytes; ++b) {
+        const std::size_t k = byteOrder == 0 ? bytes - 1 - b : b;
+        value = (value << 8) | p[k];
+      }
+      std::uint32_t argb = 0xFF000000u;
+      for (int c = 0; c < 3; ++c)
+        argb |= ((value & masks[c]) >> shiftOf(masks[c]) & 0xFF) << (16 - 8 * c);
+      row[x] = argb;  // opaque: premultiplied is the same
+    }
+  }
+  picture->markDirty();
+  return picture;
+}
