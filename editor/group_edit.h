@@ -21,24 +21,20 @@ enum GroupMode : int {
 };
 
 // The mode combo's first items, in mode order; then one kGroupToSpeakerFormat item per speaker.
-inline constexpr const char* kGroupModeNames[kGroupToSpeaker] = {"Left/Right",
-                                                                 "Back/Front",
-                                                                 "Low/High",
-                                                                 "Back left/Front right",
-                                                                 "Front left/Back right",
-                                                                 "Expand/Contract",
-                                                                 "Rotate",
-                                                                 "Diffusion level",
-                                                                 "Diffusion bias",
-                                                                 "Diffusion rotate"};
+// clang-format off
+inline constexpr const char* kGroupModeNames[kGroupToSpeaker] = {
+    "Left/Right", "Back/Front", "Low/High", "Back left/Front right", "Front left/Back right",
+    "Expand/Contract", "Rotate", "Diffusion level", "Diffusion bias", "Diffusion rotate"};
+// clang-format on
 inline constexpr const char* kGroupToSpeakerFormat = "To %s";  // the speaker's name
 
-// The knob's value (0..0xFFFF, 0x8000 the centre) as a step: a full turn either way is 0.1,
-// a quarter of it with Control held, else four times it with Shift held.
+// The knob's value (0..0xFFFF, 0x8000 the centre) as a step: the whole travel from the centre is
+// 0.1 either way, a quarter of that with Control held, else four times it with Shift held. The
+// caller reads the keys.
 constexpr double groupKnobDelta(int knobValue, bool control, bool shift) {
-  constexpr double kStepPerTurn = 0.1;
-  constexpr double kPerUnit = 1.0 / 32768.0;
-  const double d = (knobValue - 0x8000) * kStepPerTurn * kPerUnit;
+  constexpr double kStepAtFullTravel = 0.1;
+  constexpr double kPerKnobUnit = 1.0 / 32768.0;
+  const double d = (knobValue - 0x8000) * kStepAtFullTravel * kPerKnobUnit;
   if (control) return d * 0.25;
   return shift ? d * 4.0 : d;
 }
