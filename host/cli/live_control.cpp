@@ -30,10 +30,7 @@ bool runControlLine(const LiveControl& control, const std::string& line) {
   if (startsWith(line, "set")) {
     const ParameterSetting setting = parseParameterSetting(argumentOf(line, "set"));
     const int index = resolveParameter(control.instance, setting.parameter);
-    control.instance.setParameter(index, setting.value);
-    if (AutomationRecorder* recorder = control.session.recorder()) {
-      recorder->report(index, setting.value);
-    }
+    control.session.setParameter(index, setting.value);
   } else if (startsWith(line, "inputs")) {
     const std::string count = argumentOf(line, "inputs");
     if (count.empty() || count.size() > 3 ||

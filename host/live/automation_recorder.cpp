@@ -41,8 +41,8 @@ AutomationRecorder::~AutomationRecorder() {
   out_.flush();
 }
 
-void AutomationRecorder::report(std::int32_t parameter, float value) {
-  if (!queue_.push(Report{clock_(), parameter, value})) {
+void AutomationRecorder::reportAt(std::int64_t sample, std::int32_t parameter, float value) {
+  if (!queue_.push(Report{sample, parameter, value})) {
     lost_.fetch_add(1, std::memory_order_relaxed);
   }
 }

@@ -28,7 +28,9 @@ class AutomationRecorder {
   AutomationRecorder& operator=(const AutomationRecorder&) = delete;
 
   // [any thread] Never waits or allocates; a report that finds the queue full is counted.
-  void report(std::int32_t parameter, float value);
+  void report(std::int32_t parameter, float value) { reportAt(clock_(), parameter, value); }
+  // [any thread] A change known to take effect at `sample`.
+  void reportAt(std::int64_t sample, std::int32_t parameter, float value);
   std::uint64_t lost() const { return lost_.load(std::memory_order_relaxed); }
   std::uint64_t written() const { return written_.load(std::memory_order_relaxed); }
 

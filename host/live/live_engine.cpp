@@ -118,6 +118,7 @@ void LiveEngine::processPieces(RtConfig& config, jack_nframes_t frames) {
     }
     readInputs(config, inputs, offset, piece);
     if (player_ != nullptr) addFile(config, inputs, piece);
+    applyPending(position);
     if (hook_ != nullptr) hook_(hookContext_, position, piece);
     blockStartOnThisThread = position;
     {
@@ -131,6 +132,18 @@ void LiveEngine::processPieces(RtConfig& config, jack_nframes_t frames) {
     pluginOutputs_.store(effect_.numOutputs, std::memory_order_release);
     position += piece;
     offset += piece;
+  }
+}
+
+void LiveEngine::applyPending(std::int64_t position) {
+  ParameterChange change{};
+  while (pending_.pop(change)) {
+    if (effect_.setParameter != nullptr) {
+      const PluginCall call(pluginPath_, "setParameter");
+      effect_.setParameter(&effect_, change.parameter, change.value);
+    }
+    if (changeHook_ != nullptr)
+      changeHook_(changeContext_, position, change.parameter, change.value);
   }
 }
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/live/callback_timing.h"
+#include "host/live/report_queue.h"
 #include "platform/vst2.h"
 
 class FilePlayer;
@@ -36,6 +37,10 @@ struct RtConfig {
 
 // Called on the audio thread before each piece is processed (the benchmark's moves).
 using BlockHook = void (*)(void* context, std::int64_t samplePosition, int frames);
+// Called on the audio thread for each queued parameter change, as it is applied at the first
+// sample of a block.
+using ChangeHook = void (*)(void* context, std::int64_t samplePosition, std::int32_t parameter,
+                            float value);
 
 class LiveEngine {
  public:
@@ -47,6 +52,17 @@ class LiveEngine {
   void setBlockHook(BlockHook hook, void* context) {
     hook_ = hook;
     hookContext_ = context;
+  }
+  void setChangeHook(ChangeHook hook, void* context) {
+    changeHook_ = hook;
+    changeContext_ = context;
+  }
+
+  // [any thread] A parameter change applied by the audio thread before the next block it
+  // processes, so that it lands exactly on that block's first sample; false when the queue is
+  // full.
+  bool queueParameter(std::int32_t parameter, float value) {
+    return pending_.push(ParameterChange{parameter, value});
   }
 
   // [UI thread] Hands the callback a new configuration and frees the previous one once the
@@ -75,6 +91,7 @@ class LiveEngine {
  private:
   bool waitUntilOutOfCycle(std::uint64_t cycleSeen) const;
   void processPieces(RtConfig& config, jack_nframes_t frames);
+  void applyPending(std::int64_t position);
   void readInputs(RtConfig& config, int channels, int offset, int frames);
   void addFile(RtConfig& config, int channels, int frames);
   void writeOutputs(RtConfig& config, int channels, int offset, int frames);
@@ -85,6 +102,14 @@ class LiveEngine {
   FilePlayer* player_ = nullptr;
   BlockHook hook_ = nullptr;
   void* hookContext_ = nullptr;
+  ChangeHook changeHook_ = nullptr;
+  void* changeContext_ = nullptr;
+  struct ParameterChange {
+    std::int32_t parameter;
+    float value;
+  };
+  static constexpr std::size_t kPendingChanges = 4096;
+  ReportQueue<ParameterChange> pending_{kPendingChanges};
   std::unique_ptr<RtConfig> current_;  // [UI thread] owner of what config_ points at
   std::atomic<RtConfig*> config_{nullptr};
   std::atomic<bool> suspended_{false};

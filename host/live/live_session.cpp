@@ -58,6 +58,20 @@ void LiveSession::start(PluginInstance& instance, OutputNamer namer, std::ostrea
         std::make_unique<AutomationRecorder>(options_.recordPath, sampleRate(), pluginBlockFrames_,
                                              [engine] { return engine->nextBlockStart(); });
   }
+  if (recorder_ != nullptr) {
+    // The plug-in's own reports (its editor's gestures) take effect at the next block; the
+    // host's changes where the audio thread applied them.
+    instance.setAutomationListener(
+        [](void* recorder, std::int32_t parameter, float value) {
+          static_cast<AutomationRecorder*>(recorder)->report(parameter, value);
+        },
+        recorder_.get());
+    engine_->setChangeHook(
+        [](void* recorder, std::int64_t sample, std::int32_t parameter, float value) {
+          static_cast<AutomationRecorder*>(recorder)->reportAt(sample, parameter, value);
+        },
+        recorder_.get());
+  }
   ports_ = std::make_unique<LivePorts>(client_, options_.connectInputs, options_.connectOutputs);
   instance.setAudioElsewhere(true);
   followChannels(notes, true);
@@ -74,8 +88,11 @@ void LiveSession::stop() {
   running_ = false;
   client_.deactivate();
   engineReady_.store(false);
+  if (instance_ != nullptr) {
+    instance_->setAutomationListener(nullptr, nullptr);
+    instance_->setAudioElsewhere(false);
+  }
   recorder_.reset();  // writes what is queued
-  if (instance_ != nullptr) instance_->setAudioElsewhere(false);
 }
 
 std::string LiveSession::stopReason() const {
@@ -139,6 +156,14 @@ void LiveSession::handOver(std::unique_ptr<RtConfig> config,
                            const std::vector<jack_port_t*>& dropped) {
   // A port is unregistered only once the callback has let go of the configuration naming it.
   if (engine_->exchange(std::move(config))) ports_->release(dropped);
+}
+
+void LiveSession::setParameter(std::int32_t parameter, float value) {
+  if (!engine_->queueParameter(parameter, value)) {
+    throw HostError(
+        "the audio thread is not taking parameter changes (is the JACK server "
+        "running?)");
+  }
 }
 
 void LiveSession::whileSuspended(const std::function<void()>& change) {

@@ -53,6 +53,9 @@ class LiveSession final : private JackEvents {
   void start(PluginInstance& instance, OutputNamer namer, std::ostream& notes);
   // Before the moves of a benchmark: called on the audio thread before every block.
   void setBlockHook(BlockHook hook, void* context) { engine_->setBlockHook(hook, context); }
+  // A host-side parameter change, applied by the audio thread at the next block's first sample
+  // (and recorded there when recording); throws HostError when the audio thread falls behind.
+  void setParameter(std::int32_t parameter, float value);
   // Runs `change` (a state block loaded, counts changed by the host) while the callback leaves
   // the plug-in alone, so that the plug-in's channel counts never change under it.
   void whileSuspended(const std::function<void()>& change);

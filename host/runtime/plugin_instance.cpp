@@ -287,6 +287,7 @@ VstIntPtr PluginInstance::answer(std::int32_t opcode, std::int32_t index, VstInt
   switch (opcode) {
     case audioMasterAutomate:
       record(HostEventKind::Automate, index, opt);
+      if (automationListener_ != nullptr) automationListener_(automationContext_, index, opt);
       return 1;
     case audioMasterBeginEdit:
       record(HostEventKind::BeginEdit, index, 0.0f);

@@ -97,6 +97,12 @@ class PluginInstance {
   // saw through adoptChannelCounts. process() must not be called meanwhile.
   void setAudioElsewhere(bool elsewhere) { audioElsewhere_ = elsewhere; }
   void adoptChannelCounts(int inputs, int outputs);
+  // [the instance's thread] Told of every audioMasterAutomate as it arrives, besides the record.
+  using AutomationListener = void (*)(void* context, std::int32_t parameter, float value);
+  void setAutomationListener(AutomationListener listener, void* context) {
+    automationListener_ = listener;
+    automationContext_ = context;
+  }
 
   // [the instance's thread] The answer to one callback request of this instance's plug-in, which
   // calls back inside dispatch, process and idle; the commands make all of those on one thread.
@@ -125,6 +131,8 @@ class PluginInstance {
   bool countsChanged_ = false;
   bool wantsIdle_ = false;
   bool audioElsewhere_ = false;
+  AutomationListener automationListener_ = nullptr;
+  void* automationContext_ = nullptr;
   std::int64_t samplePosition_ = 0;
   VstTimeInfo timeInfo_{};
   std::vector<std::vector<double>> inputs_;
