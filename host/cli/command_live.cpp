@@ -51,16 +51,20 @@ HostConfig liveConfig(const LiveSession& session, int trackChannels) {
 }
 
 void printTiming(const LiveSession& session, std::ostream& out) {
-  const TimingSummary timing = session.engine().timing().summary();
   const double periodUs = 1e6 * session.bufferSize() / session.sampleRate();
-  char line[256];
-  std::snprintf(line, sizeof line,
-                "callbacks %llu, period %.1f us; callback median %.1f us (%.3f of the period), "
-                "worst %.1f us (%.3f); xruns %llu\n",
-                static_cast<unsigned long long>(timing.callbacks), periodUs, timing.medianUs,
-                timing.medianUs / periodUs, timing.worstUs, timing.worstUs / periodUs,
-                static_cast<unsigned long long>(session.xruns()));
-  out << line;
+  const auto line = [&](const char* what, const CallbackTiming& timing) {
+    const TimingSummary summary = timing.summary();
+    char text[256];
+    std::snprintf(text, sizeof text,
+                  "callback %s: median %.1f us (%.3f of the period), worst %.1f us (%.3f)\n", what,
+                  summary.medianUs, summary.medianUs / periodUs, summary.worstUs,
+                  summary.worstUs / periodUs);
+    out << text;
+  };
+  out << "callbacks " << session.engine().timing().summary().callbacks << ", period " << periodUs
+      << " us, xruns " << session.xruns() << "\n";
+  line("wall time", session.engine().timing());
+  line("processor time", session.engine().cpuTiming());
 }
 
 // Until the time is up, "quit", an interrupt or the server's end; false for the last.

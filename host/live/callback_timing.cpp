@@ -32,8 +32,20 @@ TimingSummary CallbackTiming::summary() const {
   return summary;
 }
 
-std::int64_t monotonicNs() {
+namespace {
+
+std::int64_t clockNs(clockid_t clock) {
   timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
+  clock_gettime(clock, &now);
   return static_cast<std::int64_t>(now.tv_sec) * 1000000000 + now.tv_nsec;
+}
+
+}  // namespace
+
+std::int64_t monotonicNs() {
+  return clockNs(CLOCK_MONOTONIC);
+}
+
+std::int64_t threadCpuNs() {
+  return clockNs(CLOCK_THREAD_CPUTIME_ID);
 }

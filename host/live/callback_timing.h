@@ -32,3 +32,5 @@ class CallbackTiming {
 
 // CLOCK_MONOTONIC in nanoseconds.
 std::int64_t monotonicNs();
+// The calling thread's processor time (CLOCK_THREAD_CPUTIME_ID) in nanoseconds.
+std::int64_t threadCpuNs();

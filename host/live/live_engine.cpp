@@ -74,6 +74,7 @@ std::int64_t LiveEngine::nextBlockStart() const {
 
 void LiveEngine::process(jack_nframes_t frames) {
   const std::int64_t started = monotonicNs();
+  const std::int64_t startedCpu = threadCpuNs();
   inCycle_.store(true);
   RtConfig* config = config_.load();
   const std::int64_t position = position_.load(std::memory_order_relaxed);
@@ -98,6 +99,7 @@ void LiveEngine::process(jack_nframes_t frames) {
   cycles_.fetch_add(1);
   inCycle_.store(false);
   timing_.add(monotonicNs() - started);
+  cpuTiming_.add(threadCpuNs() - startedCpu);
 }
 
 void LiveEngine::processPieces(RtConfig& config, jack_nframes_t frames) {

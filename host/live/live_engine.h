@@ -86,7 +86,10 @@ class LiveEngine {
   std::int64_t nextBlockStart() const;
   std::uint64_t skippedBlocks() const { return skipped_.load(std::memory_order_relaxed); }
   std::uint64_t fileUnderruns() const { return underruns_.load(std::memory_order_relaxed); }
+  // Each callback's wall time, and its thread's processor time, which other processes' load on
+  // the machine does not lengthen.
   const CallbackTiming& timing() const { return timing_; }
+  const CallbackTiming& cpuTiming() const { return cpuTiming_; }
 
  private:
   bool waitUntilOutOfCycle(std::uint64_t cycleSeen) const;
@@ -122,4 +125,5 @@ class LiveEngine {
   std::atomic<std::uint64_t> skipped_{0};
   std::atomic<std::uint64_t> underruns_{0};
   CallbackTiming timing_;
+  CallbackTiming cpuTiming_;
 };

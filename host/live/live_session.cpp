@@ -52,6 +52,7 @@ void LiveSession::start(PluginInstance& instance, OutputNamer namer, std::ostrea
   }
   engine_ = std::make_unique<LiveEngine>(instance.effect(), instance.module().path().c_str());
   engine_->setFilePlayer(player_.get());
+  engine_->setBlockHook(blockHook_, blockHookContext_);
   if (!options_.recordPath.empty()) {
     const LiveEngine* engine = engine_.get();
     recorder_ =

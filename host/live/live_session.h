@@ -51,8 +51,11 @@ class LiveSession final : private JackEvents {
   // Registers the ports, prepares playback and recording, starts the audio and wires the ports.
   // The instance is started (effMainsChanged on) and outlives the session's stop().
   void start(PluginInstance& instance, OutputNamer namer, std::ostream& notes);
-  // Before the moves of a benchmark: called on the audio thread before every block.
-  void setBlockHook(BlockHook hook, void* context) { engine_->setBlockHook(hook, context); }
+  // Before start(), for the moves of a benchmark: called on the audio thread before every block.
+  void setBlockHook(BlockHook hook, void* context) {
+    blockHook_ = hook;
+    blockHookContext_ = context;
+  }
   // A host-side parameter change, applied by the audio thread at the next block's first sample
   // (and recorded there when recording); throws HostError when the audio thread falls behind.
   void setParameter(std::int32_t parameter, float value);
@@ -93,6 +96,8 @@ class LiveSession final : private JackEvents {
   JackClient client_;
   PluginInstance* instance_ = nullptr;
   OutputNamer namer_;
+  BlockHook blockHook_ = nullptr;
+  void* blockHookContext_ = nullptr;
   std::unique_ptr<LiveEngine> engine_;
   std::unique_ptr<LivePorts> ports_;
   std::unique_ptr<FilePlayer> player_;
