@@ -67,15 +67,38 @@ void printTiming(const LiveSession& session, std::ostream& out) {
   line("processor time", session.engine().cpuTiming());
 }
 
+// The session's status on standard error when it changes (a new block size, xruns), at most once
+// a second so that a struggling machine is not flooded.
+class StatusLine {
+ public:
+  explicit StatusLine(const LiveSession& session) : shown_(session.status()) {}
+  void update(const LiveSession& session, std::ostream& notes) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - lastShown_ < kStatusPeriod) return;
+    std::string status = session.status();
+    if (status == shown_) return;
+    notes << "spatiola live: " << status << "\n";
+    shown_ = std::move(status);
+    lastShown_ = now;
+  }
+
+ private:
+  static constexpr auto kStatusPeriod = std::chrono::seconds(1);
+  std::string shown_;
+  std::chrono::steady_clock::time_point lastShown_{};
+};
+
 // Until the time is up, "quit", an interrupt or the server's end; false for the last.
 bool runUntilDone(LiveSession& session, const LiveControl& control, int controlFd, double seconds,
                   std::ostream& notes) {
   LineReader lines(controlFd);
   bool reading = controlFd >= 0;
   bool quit = false;
+  StatusLine status(session);
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
   while (!quit && interrupted == 0 && (seconds <= 0.0 || std::chrono::steady_clock::now() < end)) {
     if (!session.idle(notes)) return false;
+    status.update(session, notes);
     if (reading) {
       reading = lines.poll([&](const std::string& line) {
         try {

@@ -76,7 +76,11 @@ JackServer::JackServer(int periodFrames)
     if (probe != nullptr) jack_client_close(probe);
     return probe != nullptr;
   });
-  if (!running_) throw std::runtime_error("jackd did not start as " + name_);
+  if (!running_) {
+    throw std::runtime_error("jackd did not start as " + name_ +
+                             " (\"Too many servers\": a jackd killed with SIGKILL keeps one of "
+                             "the 8 slots of /dev/shm/jack-shm-registry)");
+  }
 }
 
 JackServer::~JackServer() {
@@ -85,8 +89,10 @@ JackServer::~JackServer() {
   waitpid(pid_, nullptr, 0);
 }
 
+// SIGTERM, not SIGKILL: a server that dies without closing keeps its slot in JACK's machine-wide
+// registry, which holds 8, until one of the same name starts again.
 void JackServer::kill() {
-  ::kill(pid_, SIGKILL);
+  ::kill(pid_, SIGTERM);
   waitpid(pid_, nullptr, 0);
   running_ = false;
 }
@@ -172,6 +178,10 @@ int ProbeClient::process(jack_nframes_t frames, void* self) {
   }
   probe.periods_.fetch_add(1);
   return 0;
+}
+
+bool ProbeClient::setBufferSize(int frames) {
+  return jack_set_buffer_size(client_, static_cast<jack_nframes_t>(frames)) == 0;
 }
 
 std::vector<std::string> ProbeClient::ports(const std::string& pattern) const {

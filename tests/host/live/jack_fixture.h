@@ -26,7 +26,7 @@ class JackServer {
   JackServer& operator=(const JackServer&) = delete;
   const std::string& name() const { return name_; }
   bool running() const { return running_; }
-  void kill();
+  void kill();  // stops it under its clients
 
  private:
   std::string name_;
@@ -64,7 +64,10 @@ class ProbeClient {
   ProbeClient(const ProbeClient&) = delete;
   ProbeClient& operator=(const ProbeClient&) = delete;
   float last(int sink) const { return last_[static_cast<std::size_t>(sink)].load(); }
+  void clear(int sink) { last_[static_cast<std::size_t>(sink)].store(0.0f); }
   std::uint64_t periods() const { return periods_.load(); }
+  // Asks the server for another period, as a user does in a JACK control application.
+  bool setBufferSize(int frames);
   // Full names of the ports whose names match `pattern` (a regular expression).
   std::vector<std::string> ports(const std::string& pattern) const;
   std::vector<std::string> connections(const std::string& port) const;

@@ -68,6 +68,14 @@ TEST_F(LiveJackTest, PannedLevelsMatchTheOfflineRender) {
       << "front left live " << probe.last(0) << ", offline " << offline.at(offline.frames - 1, 0);
   EXPECT_GT(std::fabs(probe.last(0)), 0.01);  // not silence matching silence
   EXPECT_THAT(program->out(), HasSubstr("48000 Hz, 256 frames"));
+
+  // A new period reaches the plug-in through its dispatcher; the levels stay.
+  ASSERT_TRUE(probe.setBufferSize(128));
+  EXPECT_TRUE(eventually([&] {
+    return program->err().find("48000 Hz, 128 frames") != std::string::npos;
+  })) << program->err();
+  for (int s = 0; s < 6; ++s) probe.clear(s);
+  EXPECT_TRUE(eventually(matches)) << "front left live " << probe.last(0);
   program->send("quit");
   EXPECT_EQ(program->wait(), 0) << program->err();
 }
