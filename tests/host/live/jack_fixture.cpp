@@ -77,6 +77,8 @@ JackServer::JackServer(int periodFrames)
     return probe != nullptr;
   });
   if (!running_) {
+    ::kill(pid_, SIGTERM);
+    waitpid(pid_, nullptr, 0);
     throw std::runtime_error("jackd did not start as " + name_ +
                              " (\"Too many servers\": a jackd killed with SIGKILL keeps one of "
                              "the 8 slots of /dev/shm/jack-shm-registry)");
