@@ -56,9 +56,10 @@ void printTiming(const LiveSession& session, std::ostream& out) {
     const TimingSummary summary = timing.summary();
     char text[256];
     std::snprintf(text, sizeof text,
-                  "callback %s: median %.1f us (%.3f of the period), worst %.1f us (%.3f)\n", what,
-                  summary.medianUs, summary.medianUs / periodUs, summary.worstUs,
-                  summary.worstUs / periodUs);
+                  "callback %s: median %.1f us (%.3f of the period), 99.9 %% %.1f us (%.3f), "
+                  "worst %.1f us (%.3f)\n",
+                  what, summary.medianUs, summary.medianUs / periodUs, summary.p999Us,
+                  summary.p999Us / periodUs, summary.worstUs, summary.worstUs / periodUs);
     out << text;
   };
   out << "callbacks " << session.engine().timing().summary().callbacks << ", period " << periodUs

@@ -21,14 +21,19 @@ TimingSummary CallbackTiming::summary() const {
   TimingSummary summary;
   summary.callbacks = count_.load(std::memory_order_relaxed);
   summary.worstUs = static_cast<double>(worstNs_.load(std::memory_order_relaxed)) / 1000.0;
-  std::uint64_t seen = 0;
-  for (int b = 0; b < kBuckets && summary.callbacks > 0; ++b) {
-    seen += buckets_[b].load(std::memory_order_relaxed);
-    if (2 * seen >= summary.callbacks) {
-      summary.medianUs = (b + 0.5) * kBucketUs;  // the middle of the bucket
-      break;
+  // The middle of the bucket in which the cumulative count reaches `fraction` of the callbacks.
+  const auto quantile = [&](double fraction) {
+    std::uint64_t seen = 0;
+    for (int b = 0; b < kBuckets && summary.callbacks > 0; ++b) {
+      seen += buckets_[b].load(std::memory_order_relaxed);
+      if (static_cast<double>(seen) >= fraction * static_cast<double>(summary.callbacks)) {
+        return (b + 0.5) * kBucketUs;
+      }
     }
-  }
+    return 0.0;
+  };
+  summary.medianUs = quantile(0.5);
+  summary.p999Us = quantile(0.999);
   return summary;
 }
 
