@@ -73,6 +73,15 @@ struct VstSpeakerArrangement {
   VstSpeakerProperties speakers[8];
 };
 
+// effGetInputProperties / effGetOutputProperties: how a plug-in names one of its channels.
+struct VstPinProperties {
+  char label[64];
+  std::int32_t flags;
+  std::int32_t arrangementType;
+  char shortLabel[8];
+  char future[48];
+};
+
 struct VstTimeInfo {
   double samplePos;
   double sampleRate;
@@ -266,6 +275,7 @@ static_assert(sizeof(ERect) == 8);
 static_assert(sizeof(VstSpeakerProperties) == 112);
 static_assert(sizeof(VstSpeakerArrangement) == 904);
 static_assert(offsetof(VstSpeakerArrangement, numChannels) == 4);
+static_assert(sizeof(VstPinProperties) == 128 && offsetof(VstPinProperties, shortLabel) == 72);
 static_assert(sizeof(VstTimeInfo) == 88);
 static_assert(offsetof(VstTimeInfo, timeSigNumerator) == 64);
 static_assert(offsetof(AEffect, magic) == 0);

@@ -26,7 +26,8 @@ LAYERS = [
     ("host/window", ["host/graphics"]),
     ("host/services", ["host/window"]),
     ("host/runtime", ["host/services"]),
-    ("host/cli", ["host/runtime"]),
+    ("host/live", ["host/runtime"]),  # real-time audio through JACK
+    ("host/cli", ["host/live"]),
     ("host/spatiola", ["host/cli", "plugin"]),
 ]
 

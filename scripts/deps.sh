@@ -12,6 +12,7 @@ packages=(
   qemu-user  # qemu-i386: the 32-bit tests run through it where the kernel refuses 32-bit programs,
              # and once more on every machine (scripts/test.sh)
   xvfb xauth xdotool x11-apps  # the window system's end-to-end test: an X server, xdotool
+  jackd2 libjack-jackd2-dev    # live audio; the tests start their own server on the dummy driver
 )
 
 missing=()

@@ -9,6 +9,7 @@
 #include "host/cli/plugin_setup.h"
 #include "host/cli/render.h"
 #include "host/cli/snapshot.h"
+#include "host/live/live_session.h"
 
 struct InfoOptions {
   PluginOptions plugin;
@@ -35,3 +36,17 @@ int runBench(const BenchOptions& options, std::ostream& out);
 int runRender(const RenderOptions& options, std::ostream& out, std::ostream& notes);
 
 int runSnapshot(const SnapshotOptions& options, std::ostream& out);
+
+struct LiveCommandOptions {
+  PluginOptions plugin;
+  LiveOptions live;
+  int inputs = 0;              // track channels; 0: the played file's, else 2
+  double seconds = 0.0;        // 0: until interrupted, "quit" or the server stops
+  bool moving = false;         // every block moves the parameters (the benchmark)
+  bool timing = false;         // print the callback's time and the xruns at the end
+  std::string startStatePath;  // the state block as playback starts
+};
+// Runs the plug-in on JACK without a window. `control` (standard input) takes lines while it runs:
+// "set NAME=VALUE", "inputs N", "layout NAME", "quit".
+int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
+            std::ostream& notes);

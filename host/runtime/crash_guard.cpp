@@ -8,9 +8,10 @@
 
 namespace {
 
-// Read by the signal handler: plain atomics, lock-free.
-std::atomic<const char*> currentPath{nullptr};
-std::atomic<const char*> currentCall{nullptr};
+// Read by the signal handler, which runs on the faulting thread: per thread, so that the audio
+// thread's calls and the UI thread's never overwrite each other; plain atomics, lock-free.
+thread_local std::atomic<const char*> currentPath{nullptr};
+thread_local std::atomic<const char*> currentCall{nullptr};
 
 constexpr int kFaultSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr std::size_t kAlternateStackBytes = std::size_t{64} * 1024;

@@ -214,9 +214,19 @@ void PluginInstance::idle() {
 
 void PluginInstance::refreshChannelCounts() {
   if (effect_ == nullptr) return;  // the entry point reports counts before it hands the effect
+  if (audioElsewhere_) return;     // adoptChannelCounts brings them
   countsChanged_ = false;
-  inputCount_ = std::clamp(effect_->numInputs, 0, kMaxChannels);
-  outputCount_ = std::clamp(effect_->numOutputs, 0, kMaxChannels);
+  sizeBuffers(effect_->numInputs, effect_->numOutputs);
+}
+
+void PluginInstance::adoptChannelCounts(int inputs, int outputs) {
+  countsChanged_ = false;
+  sizeBuffers(inputs, outputs);
+}
+
+void PluginInstance::sizeBuffers(int inputs, int outputs) {
+  inputCount_ = std::clamp(inputs, 0, kMaxChannels);
+  outputCount_ = std::clamp(outputs, 0, kMaxChannels);
   const auto frames = static_cast<std::size_t>(std::max(config_.blockSize, 1));
   // Plug-ins may write one buffer more than they announce; never to memory of another channel.
   inputs_.assign(inputCount_, std::vector<double>(frames, 0.0));
@@ -277,6 +287,7 @@ VstIntPtr PluginInstance::answer(std::int32_t opcode, std::int32_t index, VstInt
   switch (opcode) {
     case audioMasterAutomate:
       record(HostEventKind::Automate, index, opt);
+      if (automationListener_ != nullptr) automationListener_(automationContext_, index, opt);
       return 1;
     case audioMasterBeginEdit:
       record(HostEventKind::BeginEdit, index, 0.0f);

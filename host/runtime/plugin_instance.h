@@ -92,6 +92,18 @@ class PluginInstance {
 
   const std::vector<HostEvent>& events() const { return events_; }
 
+  // [UI thread] While the audio runs on a thread of its own (live), the effect's channel counts
+  // belong to that thread: the instance stops reading them and takes the counts the audio thread
+  // saw through adoptChannelCounts. process() must not be called meanwhile.
+  void setAudioElsewhere(bool elsewhere) { audioElsewhere_ = elsewhere; }
+  void adoptChannelCounts(int inputs, int outputs);
+  // [the instance's thread] Told of every audioMasterAutomate as it arrives, besides the record.
+  using AutomationListener = void (*)(void* context, std::int32_t parameter, float value);
+  void setAutomationListener(AutomationListener listener, void* context) {
+    automationListener_ = listener;
+    automationContext_ = context;
+  }
+
   // [the instance's thread] The answer to one callback request of this instance's plug-in, which
   // calls back inside dispatch, process and idle; the commands make all of those on one thread.
   // The event record and the channel counts take no lock: requests from other threads are not
@@ -100,6 +112,7 @@ class PluginInstance {
 
  private:
   void refreshChannelCounts();
+  void sizeBuffers(int inputs, int outputs);
   void processDouble(int frames);
   void processFloat(int frames);
   const VstTimeInfo* currentTimeInfo();
@@ -117,6 +130,9 @@ class PluginInstance {
   bool inProcess_ = false;
   bool countsChanged_ = false;
   bool wantsIdle_ = false;
+  bool audioElsewhere_ = false;
+  AutomationListener automationListener_ = nullptr;
+  void* automationContext_ = nullptr;
   std::int64_t samplePosition_ = 0;
   VstTimeInfo timeInfo_{};
   std::vector<std::vector<double>> inputs_;

@@ -74,6 +74,34 @@ void addBench(CLI::App& app, BenchOptions& options) {
                     "SECONDS of wall time, and a first/last comparison");
 }
 
+void addLive(CLI::App& app, LiveCommandOptions& options) {
+  CLI::App* live = app.add_subcommand(
+      "live",
+      "run the plug-in on a JACK server without a window (lines on standard input: "
+      "set NAME=VALUE, inputs N, layout NAME, quit)");
+  addPluginOptions(*live, options.plugin, true);
+  live->add_option("--name", options.live.clientName, "JACK client name (default spatiola)");
+  live->add_option("--server", options.live.serverName, "JACK server name (default: the default)");
+  live->add_option("--connect-inputs", options.live.connectInputs,
+                   "wire input N from this port at start, e.g. system:capture_%d");
+  live->add_option("--connect-outputs", options.live.connectOutputs,
+                   "wire output N to this port at start, e.g. system:playback_%d");
+  live->add_option("--play", options.live.playPath,
+                   "a multichannel file played in a loop into the inputs (added to JACK's)");
+  live->add_option("--record-automation", options.live.recordPath,
+                   "write the automation made while running as CSV for render --automation");
+  live->add_option("--save-start-state", options.startStatePath,
+                   "write the state block as playback starts (for rendering the recording)");
+  live->add_option("--inputs", options.inputs,
+                   "track channels (default: the --play file's, else 2)");
+  live->add_option("--seconds", options.seconds, "stop after this long (default: when told)");
+  live->add_flag("--moving", options.moving,
+                 "Spatiola: every input's position moves every block (a benchmark)");
+  live->add_flag("--timing", options.timing,
+                 "at the end: the callback's median and worst time as a fraction of the period, "
+                 "and the xruns");
+}
+
 void addDemo(CLI::App& app, DemoOptions& options) {
   CLI::App* demo = app.add_subcommand("demo", "render a four-source test scene to 5.1");
   demo->add_option("--plugin", options.pluginPath, "the Spatiola plug-in file");
@@ -96,12 +124,14 @@ void addSnapshot(CLI::App& app, SnapshotOptions& options) {
 
 int dispatchCommand(const CLI::App& app, const RenderOptions& render, const InfoOptions& info,
                     const BenchOptions& bench, const DemoOptions& demo,
-                    const SnapshotOptions& snapshot, SceneOptions& scene) {
+                    const SnapshotOptions& snapshot, const LiveCommandOptions& live,
+                    SceneOptions& scene) {
   if (app.got_subcommand("render")) return runRender(render, std::cout, std::cerr);
   if (app.got_subcommand("info")) return runInfo(info, std::cout);
   if (app.got_subcommand("bench")) return runBench(bench, std::cout);
   if (app.got_subcommand("demo")) return runDemo(demo, std::cout, std::cerr);
   if (app.got_subcommand("snapshot")) return runSnapshot(snapshot, std::cout);
+  if (app.got_subcommand("live")) return runLive(live, 0, std::cout, std::cerr);
   return runScene(scene, std::cin, std::cout, std::cerr);
 }
 
@@ -116,11 +146,13 @@ int run(int argc, char** argv) {
   DemoOptions demo;
   SnapshotOptions snapshot;
   SceneOptions scene;
+  LiveCommandOptions live;
   addRender(app, render);
   addInfo(app, info);
   addBench(app, bench);
   addDemo(app, demo);
   addSnapshot(app, snapshot);
+  addLive(app, live);
   addSceneCommand(app, scene);
   try {
     app.parse(argc, argv);
@@ -129,7 +161,7 @@ int run(int argc, char** argv) {
   }
   if (scale != 0) setDisplayScaleOverride(scale);
   try {
-    return dispatchCommand(app, render, info, bench, demo, snapshot, scene);
+    return dispatchCommand(app, render, info, bench, demo, snapshot, live, scene);
   } catch (const HostError& error) {
     std::fprintf(stderr, "spatiola: %s\n", error.what());
   }

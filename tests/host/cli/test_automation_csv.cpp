@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "host/cli/automation_csv.h"
+#include "host/live/automation_recorder.h"
 #include "tests/host/runtime/test_support.h"
 
 namespace {
@@ -52,4 +53,24 @@ TEST(AutomationCsv, BadLinesNameFileLineAndField) {
        "moves.csv:2: time 'time' is not a number of seconds >= 0"},
   };
   for (const auto& [text, message] : cases) EXPECT_EQ(parseError(text), message) << text;
+}
+
+// What the recorder writes, read by the render's own parser, lands on the same sample with the
+// same float.
+TEST(LiveRecording, LinesReadBackByTheRenderToTheSample) {
+  for (const double rate : {44100.0, 48000.0, 96000.0}) {
+    const std::int64_t samples[] = {0, 256, 12345678};
+    std::stringstream csv;
+    csv << "time,parameter,value\n";
+    for (const std::int64_t sample : samples) {
+      csv << automationLine(sample, rate, 42, 0.1f + static_cast<float>(sample % 7) / 9.0f);
+    }
+    const std::vector<AutomationPoint> points = parseAutomationCsv(csv, "recorded.csv");
+    ASSERT_EQ(points.size(), std::size(samples));
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      EXPECT_EQ(samplePositionOf(points[i].seconds, rate), samples[i]) << rate;
+      EXPECT_EQ(points[i].parameter, "42");
+      EXPECT_EQ(points[i].value, 0.1f + static_cast<float>(samples[i] % 7) / 9.0f);
+    }
+  }
 }

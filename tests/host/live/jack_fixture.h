@@ -1,0 +1,83 @@
+// What the live tests run against: a private JACK server on the dummy driver, the spatiola program
+// running live with a pipe to its standard input, and a JACK client of the test's own that plays
+// constant levels and keeps the last sample it received on each input.
+#pragma once
+
+#include <jack/jack.h>
+#include <sys/types.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+// Waits until `condition` holds, for at most `timeout`; true when it held.
+bool eventually(const std::function<bool()>& condition,
+                std::chrono::milliseconds timeout = std::chrono::seconds(10));
+
+// jackd --no-realtime -d dummy -r 48000 -p FRAMES under a name no other test uses.
+class JackServer {
+ public:
+  static bool available();  // jackd installed
+  explicit JackServer(int periodFrames = 256);
+  ~JackServer();  // stops it unless killed
+  JackServer(const JackServer&) = delete;
+  JackServer& operator=(const JackServer&) = delete;
+  const std::string& name() const { return name_; }
+  bool running() const { return running_; }
+  void kill();  // stops it under its clients
+
+ private:
+  std::string name_;
+  pid_t pid_ = -1;
+  bool running_ = false;
+};
+
+// `spatiola live ARGS --server NAME`; standard output and error go to files next to `dir`.
+class LiveProgram {
+ public:
+  LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
+              std::vector<std::string> args);
+  ~LiveProgram();  // quits, then kills it if it does not end
+  LiveProgram(const LiveProgram&) = delete;
+  LiveProgram& operator=(const LiveProgram&) = delete;
+  void send(const std::string& line);
+  // The exit code (128 + n for signal n), or -1 when it is still running after `timeout`.
+  int wait(std::chrono::milliseconds timeout = std::chrono::seconds(10));
+  std::string out() const;
+  std::string err() const;
+
+ private:
+  pid_t pid_ = -1;
+  int stdinFd_ = -1;
+  int exitCode_ = -1;
+  std::string outPath_;
+  std::string errPath_;
+};
+
+class ProbeClient {
+ public:
+  // Outputs "src_1".. playing `levels`, inputs "sink_1".. `sinks` of them.
+  ProbeClient(const std::string& server, std::vector<float> levels, int sinks);
+  ~ProbeClient();
+  ProbeClient(const ProbeClient&) = delete;
+  ProbeClient& operator=(const ProbeClient&) = delete;
+  float last(int sink) const { return last_[static_cast<std::size_t>(sink)].load(); }
+  void clear(int sink) { last_[static_cast<std::size_t>(sink)].store(0.0f); }
+  std::uint64_t periods() const { return periods_.load(); }
+  // Asks the server for another period, as a user does in a JACK control application.
+  bool setBufferSize(int frames);
+  // Full names of the ports whose names match `pattern` (a regular expression).
+  std::vector<std::string> ports(const std::string& pattern) const;
+  std::vector<std::string> connections(const std::string& port) const;
+
+ private:
+  static int process(jack_nframes_t frames, void* self);
+  jack_client_t* client_ = nullptr;
+  std::vector<float> levels_;
+  std::vector<jack_port_t*> sources_;
+  std::vector<jack_port_t*> sinks_;
+  std::vector<std::atomic<float>> last_;
+  std::atomic<std::uint64_t> periods_{0};
+};
