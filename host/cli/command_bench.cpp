@@ -147,7 +147,7 @@ void printBenchResult(std::ostream& out, PluginInstance& instance, const BenchOp
   char line[256];
   std::snprintf(
       line, sizeof(line), "shape       %d in -> %d out, block %s%d, %.1f s at %.0f Hz, %s\n",
-      instance.inputCount(), instance.outputCount(), options.randomBlocks ? "0.." : "",
+      instance.inputCount(), instance.outputCount(), options.randomBlocks ? "1.." : "",
       options.blockSize, static_cast<double>(median.frames) / options.sampleRate,
       options.sampleRate, options.movingAutomation ? "moving automation" : "static parameters");
   out << line;

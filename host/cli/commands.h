@@ -26,7 +26,7 @@ struct BenchOptions {
   double sampleRate = 48000.0;
   bool movingAutomation = false;
   int repeats = 5;
-  bool randomBlocks = false;   // block sizes drawn from 0..blockSize
+  bool randomBlocks = false;   // block sizes drawn from 1..blockSize
   std::uint64_t seed = 1;      // of the random block sizes
   double reportSeconds = 0.0;  // > 0: one long run, a line of cost and memory this often
 };

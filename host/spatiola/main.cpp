@@ -67,7 +67,7 @@ void addBench(CLI::App& app, BenchOptions& options) {
   bench->add_flag("--moving", options.movingAutomation,
                   "change parameters every block (Spatiola: every input's position)");
   bench->add_flag("--random-blocks", options.randomBlocks,
-                  "draw each block's size from 0..--block (reproducible with --seed)");
+                  "draw each block's size from 1..--block (reproducible with --seed)");
   bench->add_option("--seed", options.seed, "seed of --random-blocks (default 1)");
   bench->add_option("--report", options.reportSeconds,
                     "soak: one run of --seconds, a line of cost per block and memory every "

@@ -85,7 +85,7 @@ TEST_F(Snapshot, RefusesWhatItCannotPictureAndWritesNothing) {
        "--size '480' must be WIDTHxHEIGHT in pixels, for instance 480x480\n"},
       {{"--plugin", kInlineProbe, "--scale", "300"},
        "--scale 300 is not a display scale: use 256 (100 %), 384 (150 %) or 512 (200 %)\n"},
-      {{"--plugin", path("missing.so")}, "no such file or no permission\n"},
+      {{"--plugin", path("missing.so")}, "no such file or folder\n"},
   };
   std::ofstream(path("kept.png")) << "an earlier picture";
   for (const auto& c : cases) {
