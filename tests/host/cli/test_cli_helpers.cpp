@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "host/cli/audio_file.h"
+#include "host/cli/channel_layout.h"
 #include "host/cli/plugin_setup.h"
 #include "tests/host/runtime/test_support.h"
 
