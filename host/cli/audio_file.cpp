@@ -9,7 +9,7 @@
 #include <map>
 
 #include "host/cli/channel_layout.h"
-#include "host/cli/ogg_serial.h"
+#include "host/cli/repeatable_file.h"
 #include "host/runtime/file_problem.h"
 #include "host/runtime/host_error.h"
 
@@ -125,7 +125,7 @@ AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
                          const OutputFormat& format, const std::string& shownPath)
     : path_(path),
       shownPath_(shownPath.empty() ? path : shownPath),
-      ogg_((format.sndfileFormat & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG) {
+      container_(format.sndfileFormat & SF_FORMAT_TYPEMASK) {
   SF_INFO info{};
   info.channels = channels;
   info.samplerate = sampleRate;
@@ -135,7 +135,6 @@ AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
   if (file_ == nullptr) {
     throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
   }
-  sf_command(file_, SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);  // integer files clip, never wrap
   if (format.channelMap.size() == static_cast<std::size_t>(channels)) {
     std::vector<int> map = format.channelMap;
@@ -168,9 +167,9 @@ void AudioWriter::close() {
     throw HostError("cannot finish " + shownPath_ + ": " +
                     (errno != 0 ? fileProblem(errno) : std::string(sf_error_number(result))));
   }
-  if (ogg_ && !setOggSerialNumber(path_, kFixedOggSerial)) {
-    throw HostError("cannot finish " + shownPath_ + ": " + fileProblem(errno));
-  }
+  const bool repeatable = container_ == SF_FORMAT_OGG ? setOggSerialNumber(path_, kFixedOggSerial)
+                                                      : clearPeakTime(path_);
+  if (!repeatable) throw HostError("cannot finish " + shownPath_ + ": " + fileProblem(errno));
 }
 
 bool isIntegerFormat(int sndfileFormat) {

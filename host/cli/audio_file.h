@@ -60,8 +60,7 @@ bool isIntegerFormat(int sndfileFormat);
 // size is not known before they are written.
 std::int64_t uncompressedBytes(int sndfileFormat, int channels, std::int64_t frames);
 
-// Files that are the same bytes for the same samples: no PEAK chunk (it carries the time of
-// writing) and Ogg streams with a fixed serial number (libsndfile draws one from the clock).
+// Files are the same bytes for the same samples (repeatable_file.h).
 class AudioWriter {
  public:
   // Writes `path`; messages name `shownPath` (the path the user gave) when it is not empty.
@@ -82,6 +81,6 @@ class AudioWriter {
   std::string path_;
   std::string shownPath_;
   SNDFILE* file_ = nullptr;
-  bool ogg_ = false;
+  int container_ = 0;
   bool channelMapWritten_ = false;
 };

@@ -252,7 +252,6 @@ RenderResult renderFile(const RenderOptions& options, std::ostream& notes) {
   std::vector<ParameterChange> changes =
       automationChanges(instance, options, points, input.sampleRate, glide);
   instance.start();
-  noteSetup(instance, options, input, changes, notes);
 
   RenderResult result;
   result.inputChannels = input.channels;
@@ -269,6 +268,7 @@ RenderResult renderFile(const RenderOptions& options, std::ostream& notes) {
       input.sampleRate, channels.positions, options.ambisonic);
   result.integerFile = isIntegerFormat(format.sndfileFormat);
   checkBeforeRendering(options, instance, format, input.frames);
+  noteSetup(instance, options, input, changes, notes);
   RenderSchedule schedule(std::move(changes), options.blockSize, glide, input.frames);
   writeCompleteFile(options.outputPath, [&](const std::string& partialPath) {
     AudioWriter writer(partialPath, instance.outputCount(), input.sampleRate, format,

@@ -5,7 +5,8 @@
 // block. PROBE_PROCESS_SLEEP_US in the environment slows every block down.
 // Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
 // null), legacy (exports only "main"), float (no double precision), inline (an inline view that
-// paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs),
+// paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
+// state block),
 // needs-library (links a library the loader cannot find).
 #include <signal.h>
 #include <unistd.h>
@@ -288,7 +289,7 @@ AEffect* createProbe(audioMasterCallback host) {
   e.flags = effFlagsCanReplacing | effFlagsProgramChunks;
 #ifdef PROBE_SYNTH
   e.numInputs = 0;
-  e.flags |= effFlagsIsSynth;
+  e.flags = (e.flags | effFlagsIsSynth) & ~effFlagsProgramChunks;
 #endif
 #ifdef PROBE_NEEDS_LIBRARY
   e.version = probeDependencyVersion();

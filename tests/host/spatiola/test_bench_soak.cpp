@@ -94,7 +94,7 @@ TEST_F(BenchCommand, ASoakReportsIntervalsAndComparesLastWithFirst) {
   for (const char* part : {" min  audio ", " MB ", "soak        last/first: cost per frame x"})
     EXPECT_NE(run.out.find(part), std::string::npos) << run.out;
   const CommandResult refused = bench({"--report", "-1"});
-  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_EQ(refused.exitCode, 2);
   EXPECT_NE(refused.err.find("--report must be 0 or more seconds"), std::string::npos)
       << refused.err;
 }

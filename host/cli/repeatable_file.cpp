@@ -1,4 +1,4 @@
-#include "host/cli/ogg_serial.h"
+#include "host/cli/repeatable_file.h"
 
 #include <array>
 #include <cerrno>
@@ -12,6 +12,7 @@ constexpr std::size_t kHeaderBytes = 27;  // before the segment table
 constexpr std::size_t kSerialOffset = 14;
 constexpr std::size_t kChecksumOffset = 22;
 constexpr std::size_t kSegmentCountOffset = 26;
+constexpr std::uint32_t kUnknownSize = 0xFFFFFFFFu;  // RF64 keeps the real sizes elsewhere
 
 constexpr std::array<std::uint32_t, 256> makeChecksumTable() {
   std::array<std::uint32_t, 256> table{};
@@ -46,7 +47,43 @@ bool readPage(std::fstream& file, std::vector<unsigned char>& page) {
                                      static_cast<std::streamsize>(body)));
 }
 
+std::uint32_t readSize(const char* bytes, bool bigEndian) {
+  std::uint32_t size = 0;
+  for (int i = 0; i < 4; ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[bigEndian ? i : 3 - i]);
+    size = (size << 8) | byte;
+  }
+  return size;
+}
+
 }  // namespace
+
+bool clearPeakTime(const std::string& path) {
+  std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+  if (!file) return false;
+  char header[12] = {};
+  if (!file.read(header, sizeof header)) return true;  // too short to hold chunks
+  const bool riff = std::memcmp(header, "RIFF", 4) == 0 || std::memcmp(header, "RF64", 4) == 0;
+  const bool aiff = std::memcmp(header, "FORM", 4) == 0;
+  if (!riff && !aiff) return true;
+  // Chunks follow the 12-byte header until the samples, each an id, a size and its even-padded
+  // body; PEAK holds a version and then the time.
+  char chunk[8];
+  while (file.read(chunk, sizeof chunk)) {
+    const std::uint32_t size = readSize(chunk + 4, aiff);
+    if (std::memcmp(chunk, "PEAK", 4) == 0) {
+      const char zero[4] = {};
+      file.seekp(file.tellg() + std::streamoff{4});
+      return static_cast<bool>(file.write(zero, sizeof zero));
+    }
+    if (size == kUnknownSize || std::memcmp(chunk, "data", 4) == 0 ||
+        std::memcmp(chunk, "SSND", 4) == 0) {
+      return true;
+    }
+    file.seekg(static_cast<std::streamoff>(size + (size & 1u)), std::ios::cur);
+  }
+  return true;
+}
 
 std::uint32_t oggPageChecksum(const unsigned char* page, std::size_t length) {
   std::uint32_t crc = 0;

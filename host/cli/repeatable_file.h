@@ -1,12 +1,17 @@
-// Ogg files with a serial number of our choosing. libsndfile draws each stream's serial number
-// from the clock, so two renders of the same samples differ; the serial only has to tell apart
-// the streams of one file, and our files hold one.
+// Files that are the same bytes for the same samples. libsndfile puts the clock into two places:
+// the time of writing into PEAK chunks (WAVE, RF64, AIFF), and the serial number of each Ogg
+// stream. Both are rewritten once the file is closed: the PEAK time becomes 0, the serial a fixed
+// number (it only has to tell apart the streams of one file, and these files hold one).
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 constexpr std::uint32_t kFixedOggSerial = 0x53504154;  // "SPAT"
+
+// Sets the time stamp of the PEAK chunk of a WAVE, RF64 or AIFF file to 0; files without one stay
+// as they are. False (errno set) when the file cannot be read or written back.
+bool clearPeakTime(const std::string& path);
 
 // Rewrites every page of the Ogg file at `path` to carry `serial`, with its checksum recomputed.
 // False (errno set) when the file cannot be read or written back, or is not a sequence of pages.
