@@ -5,7 +5,7 @@
 #   scripts/sweep_plugins.sh [--spatiola PROGRAM] [DIR...]
 # Default directories: /usr/lib/vst and /usr/lib/lxvst (with their subfolders).
 set -uo pipefail
-cd "$(dirname "$0")/.."
+cd "$(dirname "$0")/.." || exit 2
 spatiola="$PWD/build/spatiola"
 if [ "${1:-}" = "--spatiola" ]; then
   spatiola="$2"
