@@ -2,7 +2,7 @@
 # Tries every installed Linux VST 2.x plug-in with the host: `info`, a render of one second of
 # stereo audio (exit 0, the input's length, no NaN) and `--set` of its first parameter taking effect
 # (0 and 1 read back differently). Prints one line per plug-in, then "N of M work" and the failures.
-#   scripts/sweep_plugins.sh [--spatiola PROGRAM] [DIR...]
+#   scripts/sweep_plugins.sh [--spatiola PROGRAM] [DIR or FILE...]
 # Default directories: /usr/lib/vst and /usr/lib/lxvst (with their subfolders).
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit 2
@@ -25,9 +25,11 @@ expected_frames=48000
 # Shared objects that export a VST 2.x entry point, each file once however it is reached.
 mapfile -t plugins < <(
   for dir in "${dirs[@]}"; do
-    [ -d "$dir" ] && find -L "$dir" -name '*.so' -type f -exec realpath {} \; 2>/dev/null
+    [ -e "$dir" ] && find -L "$dir" -name '*.so' -type f -exec realpath {} \; 2>/dev/null
   done | sort -u | while read -r so; do
-    nm -D --defined-only "$so" 2>/dev/null | grep -qE ' (VSTPluginMain|main)$' && echo "$so"
+    # grep reads all of nm's output: under pipefail, nm cut off by grep -q would drop the file.
+    nm -D --defined-only "$so" 2>/dev/null | grep -E ' (VSTPluginMain|main)$' >/dev/null &&
+      echo "$so"
   done)
 
 # The first parameter's value and display text, from info's JSON on standard input.
