@@ -126,7 +126,7 @@ int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
                                 : AudioReader(options.live.playPath).info().channels;
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, liveConfig(session, trackChannels));
   PluginInstance& instance = *plugin.instance;
-  configurePlugin(instance, options.plugin);
+  configurePlugin(instance, options.plugin, notes);
   if (!options.startStatePath.empty()) writeBinaryFile(options.startStatePath, instance.chunk());
   const PluginExtension* extension = extensionFor(options.plugin, instance);
   Moves moves{&instance, extension, static_cast<double>(session.sampleRate())};
