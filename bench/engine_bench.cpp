@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <cblas.h>
 
+#include <cmath>
 #include <cstdio>
 
 #include "bench/bench_fixture.h"
@@ -11,6 +12,7 @@
 #include "bench/ratio_report.h"
 #include "engine/audio_process.h"
 #include "engine/gain_law.h"
+#include "model/parameters.h"
 
 namespace {
 
@@ -71,17 +73,51 @@ void wholeBlock(benchmark::State& state, Shape shape) {
 }
 
 // Every row of a 64 x 64 matrix with diffusion and rotation on every input.
-void gainLaw(benchmark::State& state) {
+void gainLaw(benchmark::State& state, std::uint32_t optionFlags) {
   auto plugin = makeBenchInstance(64, 64);
-  for (int i = 0; i < 64; ++i) {
-    plugin->model.inputs[i].diffuse = 0.1 + 0.01 * i;
-    plugin->model.inputs[i].diffuseBias = 0.5 - 0.015 * i;
-    plugin->model.inputs[i].diffuseAngle = 0.03 * i - 0.9;
-  }
+  spreadScene(*plugin, optionFlags);
   for (auto _ : state) {
     for (int i = 0; i < 64; ++i) computeInputGains(*plugin, i);
     benchmark::ClobberMemory();
   }
+  destroyBenchInstance(*plugin);
+}
+
+// Normalised x of every input before each block, sweeping the room from wall to wall.
+class Sweep {
+ public:
+  Sweep() {
+    for (int k = 0; k < kSteps; ++k)
+      values_[k] = static_cast<float>(0.5 + 0.5 * std::sin(2.0 * M_PI * k / kSteps));
+  }
+  float value(int block, int input) const { return values_[(block + 7 * input) % kSteps]; }
+
+ private:
+  static constexpr int kSteps = 1000;
+  float values_[kSteps];
+};
+
+// Whole blocks of the spread scene through the host's entries. Moving: before each block the
+// host's automation sets every input's x (setParameter, timed with the block), so every row is
+// recomputed and every gain glides.
+void sceneBlock(benchmark::State& state, Shape shape, std::uint32_t optionFlags, bool moving) {
+  auto plugin = makeBenchInstance(shape.inputs, shape.outputs);
+  spreadScene(*plugin, optionFlags);
+  MixBuffers buffers(shape);
+  auto** in = const_cast<double**>(buffers.in.data());
+  AEffect* effect = &plugin->host.effect;
+  processDoubleReplacing(effect, in, buffers.out.data(), shape.frames);
+  const Sweep sweep;
+  int block = 0;
+  for (auto _ : state) {
+    for (int i = 0; moving && i < shape.inputs; ++i)
+      setParameterSlot(effect, kGlobalParameterCount + kParametersPerInput * i + kInX,
+                       sweep.value(block, i));
+    processDoubleReplacing(effect, in, buffers.out.data(), shape.frames);
+    ++block;
+    benchmark::ClobberMemory();
+  }
+  countMultiplyAdds(state, shape);
   destroyBenchInstance(*plugin);
 }
 
@@ -116,6 +152,28 @@ std::vector<Ratio> registerProcessCalls(MixPath best) {
   return ratios;
 }
 
+// The spread scene in each influence mode: the gain law alone, steady and moving blocks.
+std::vector<Ratio> registerScenes() {
+  struct Mode {
+    const char* name;
+    std::uint32_t flags;
+  };
+  std::vector<Ratio> ratios;
+  for (Mode mode : {Mode{"absolute", kOptionDefaults}, Mode{"relative", kOptionRelativeInfluence}}) {
+    const std::string law = std::string("gainlaw/64x64 spread/") + mode.name;
+    const std::string steady = "scene/steady/" + kDense.label() + "/" + mode.name;
+    const std::string moving = "scene/moving/" + kDense.label() + "/" + mode.name;
+    benchmark::RegisterBenchmark(law.c_str(), gainLaw, mode.flags);
+    benchmark::RegisterBenchmark(steady.c_str(), sceneBlock, kDense, mode.flags, false);
+    benchmark::RegisterBenchmark(moving.c_str(), sceneBlock, kDense, mode.flags, true);
+    ratios.push_back({std::string("gain law 64x64 / budget of 512 frames, ") + mode.name, law,
+                      kBudget, 0.10, false});
+    ratios.push_back({std::string("moving block / steady block, ") + mode.name, moving, steady,
+                      2.0, false});
+  }
+  return ratios;
+}
+
 std::vector<Ratio> registerAll() {
   benchmark::RegisterBenchmark(("perpair/" + kDense.label()).c_str(), perPair, kDense);
   benchmark::RegisterBenchmark(("dgemm/" + kDense.label()).c_str(), blasProduct, kDense);
@@ -125,9 +183,7 @@ std::vector<Ratio> registerAll() {
     for (Ratio& r : registerPath(path)) ratios.push_back(r);
   }
   for (Ratio& r : registerProcessCalls(bestMixKernels().path)) ratios.push_back(r);
-  benchmark::RegisterBenchmark("gainlaw/64x64 diffused and rotated", gainLaw);
-  ratios.push_back({"gain law 64x64 / real-time budget of 512 frames at 48 kHz",
-                    "gainlaw/64x64 diffused and rotated", kBudget, 0.10, false});
+  for (Ratio& r : registerScenes()) ratios.push_back(r);
   return ratios;
 }
 
