@@ -46,12 +46,6 @@ bool resizeMatrices(PannerPlugin& plugin) {
   return true;
 }
 
-void recomputeDirtyRows(PannerPlugin& plugin) {
-  for (int i = 0; i < plugin.inputCount(); ++i) {
-    if ((plugin.model.dirtyInputs >> i) & 1) computeInputGains(plugin, i);
-  }
-}
-
 // A soloed channel sounds whatever its mute; without a solo, every unmuted channel sounds.
 template <typename Channel>
 std::uint64_t audibleMask(const GrowableArray<Channel>& channels) {
@@ -102,7 +96,7 @@ void captureBlock(PannerPlugin& plugin, MixEngine& engine, int frames, BlockCapt
       plugin.model.gainCols != plugin.speakerCount()) {
     return;  // no memory for the matrices: this block stays silent
   }
-  recomputeDirtyRows(plugin);
+  computeMarkedInputGains(plugin, plugin.model.dirtyInputs);
   captureMeters(plugin, block);
   block.inputAudible = audibleMask(plugin.model.inputs);
   block.speakerAudible = audibleMask(plugin.model.speakers);
@@ -252,6 +246,7 @@ bool createMixEngine(PannerPlugin& plugin) {
   auto* engine = new (std::nothrow) MixEngine;
   if (engine == nullptr) return false;
   engine->kernels = &bestMixKernels();
+  engine->lawKernels = &gainLawKernelsFor(engine->kernels->path);
   delete plugin.mix.mixEngine;
   plugin.mix.mixEngine = engine;
   return true;
@@ -268,6 +263,7 @@ bool forceMixPath(PannerPlugin& plugin, MixPath path) {
                               : path == MixPath::Avx2 ? &avx2MixKernels()
                                                       : &sse2MixKernels();
   plugin.mix.mixEngine->kernels = kernels;
+  plugin.mix.mixEngine->lawKernels = &gainLawKernelsFor(path);
   plugin.mix.mixEngine->packedTileWidth = 0;
   return true;
 }
