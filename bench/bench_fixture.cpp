@@ -71,7 +71,7 @@ PackedPlan::PackedPlan(MixBuffers& buffers, const MixKernels& kernels, bool ramp
   plan.gains = packedGains_.data();
   plan.steps = ramp ? packedSteps_.data() : nullptr;
   plan.outputPeaks = peaks_.data();
-  plan.scratch = scratch_->samples;
+  plan.scratch = scratch_.get();
 }
 
 std::unique_ptr<PannerPlugin> makeBenchInstance(int inputs, int outputs) {

@@ -71,10 +71,8 @@ void prepareRamp(PannerPlugin& plugin, MixEngine& engine, bool resized, int fram
   } else {
     block.rampPrepared = true;
     block.rampActive = frames >= 1;
-    double* steps = plugin.mix.gainSteps.data();
-    if (block.rampActive) {
-      for (int k = 0; k < cells; ++k) steps[k] = (target[k] - applied[k]) / frames;
-    }
+    if (block.rampActive)
+      engine.kernels->rampSteps(target, applied, plugin.mix.gainSteps.data(), cells, frames);
   }
   plugin.model.dirtyInputs = 0;
 }
@@ -170,7 +168,7 @@ void bindBuffers(MixEngine& engine, const BlockCapture& block, double** inputs, 
   plan.gains = engine.packedGains;
   plan.steps = block.rampActive ? engine.packedSteps : nullptr;
   plan.outputPeaks = engine.outputPeaks;
-  plan.scratch = engine.scratch.samples;
+  plan.scratch = &engine.scratch;
 }
 
 void raisePeak(std::atomic<double>& meter, double peak) {

@@ -18,6 +18,6 @@ constexpr int kChunkFrames = 64;
 
 const MixKernels& sse2MixKernels() {
   static const MixKernels kernels{MixPath::Sse2, "SSE2",   kSteadySpeakers,  kRampSpeakers,
-                                  &mixSteady,    &mixRamp, &largestMagnitude};
+                                  &mixSteady,    &mixRamp, &largestMagnitude, &rampSteps};
   return kernels;
 }
