@@ -159,7 +159,8 @@ std::vector<Ratio> registerScenes() {
     std::uint32_t flags;
   };
   std::vector<Ratio> ratios;
-  for (Mode mode : {Mode{"absolute", kOptionDefaults}, Mode{"relative", kOptionRelativeInfluence}}) {
+  for (Mode mode :
+       {Mode{"absolute", kOptionDefaults}, Mode{"relative", kOptionRelativeInfluence}}) {
     const std::string law = std::string("gainlaw/64x64 spread/") + mode.name;
     const std::string steady = "scene/steady/" + kDense.label() + "/" + mode.name;
     const std::string moving = "scene/moving/" + kDense.label() + "/" + mode.name;
@@ -168,8 +169,8 @@ std::vector<Ratio> registerScenes() {
     benchmark::RegisterBenchmark(moving.c_str(), sceneBlock, kDense, mode.flags, true);
     ratios.push_back({std::string("gain law 64x64 / budget of 512 frames, ") + mode.name, law,
                       kBudget, 0.10, false});
-    ratios.push_back({std::string("moving block / steady block, ") + mode.name, moving, steady,
-                      2.0, false});
+    ratios.push_back(
+        {std::string("moving block / steady block, ") + mode.name, moving, steady, 2.0, false});
   }
   return ratios;
 }

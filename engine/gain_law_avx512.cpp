@@ -8,11 +8,9 @@
 #endif
 
 #define SPATIOLA_VECTOR_AVX512
-#include "engine/vector_ops.h"
-#include "engine/vector_exp2.h"
 #include "engine/gain_law_kernel_template.h"
 
 const GainLawKernels& avx512GainLawKernels() {
-  static const GainLawKernels kernels{MixPath::Avx512, "AVX-512", &computeRow};
+  static const GainLawKernels kernels{MixPath::Avx512, "AVX-512", &computeRow, &powersOfTwo};
   return kernels;
 }

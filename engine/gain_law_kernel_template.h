@@ -2,11 +2,13 @@
 // law of gain_law_scalar.cpp lane by lane. The diamond is turned by the input's cosine and sine
 // instead of an angle per speaker, and 2^(-4 d) comes from vector_exp2.h.
 //
-// Included by one file per instruction set after vector_ops.h and vector_exp2.h; everything here
-// has internal linkage (see vector_ops.h).
+// Included by one file per instruction set, which first defines its SPATIOLA_VECTOR_ macro;
+// everything here has internal linkage (see vector_ops.h).
 #pragma once
 
 #include "engine/gain_law_kernels.h"
+#include "engine/vector_exp2.h"
+#include "engine/vector_ops.h"
 
 namespace {
 
@@ -89,8 +91,8 @@ struct DiamondDistance {
 // The distance past the dead zone in units of the speaker's reach (kDeadZoneDivisor * influence);
 // a speaker without reach, or a distance without end, is out of reach.
 inline Vec reachDistance(Vec r, Vec reach) {
-  const Vec beyond = Ops::select(Ops::less(Ops::set(kDeadZone), r),
-                                 Ops::sub(r, Ops::set(kDeadZone)), Ops::zero());
+  const Vec beyond =
+      Ops::select(Ops::less(Ops::set(kDeadZone), r), Ops::sub(r, Ops::set(kDeadZone)), Ops::zero());
   const Mask reachable =
       Ops::both(Ops::less(Ops::zero(), reach), Ops::less(beyond, Ops::set(kOutOfReach)));
   return Ops::select(reachable, Ops::div(beyond, reach), Ops::set(kOutOfReach));
@@ -102,8 +104,9 @@ double measureDistances(const LawScene& scene, const InputLanes& in, double* d) 
   Vec nearest = Ops::set(kOutOfReach);
   for (int s = 0; s < scene.speakers; s += kWidth) {
     const Vec r = Distance()(offsetsAt(scene, s, in), in);
-    const Vec ds = Ops::select(pannedAt(scene, s), reachDistance(r, Ops::loadAligned(scene.reach + s)),
-                               Ops::set(kOutOfReach));
+    const Vec ds =
+        Ops::select(pannedAt(scene, s), reachDistance(r, Ops::loadAligned(scene.reach + s)),
+                    Ops::set(kOutOfReach));
     Ops::storeAligned(d + s, ds);
     nearest = Ops::min(ds, nearest);
   }
@@ -151,7 +154,8 @@ void writeRow(const LawScene& scene, const LawInput& input, double total, const 
   const Vec lfeValue = Ops::set(input.lfeValue);
   const Vec inputGain = Ops::set(input.gain);
   for (int s = 0; s < scene.speakers; s += kWidth) {
-    Vec value = Ops::select(pannedAt(scene, s), Ops::div(Ops::loadAligned(w + s), divisor), lfeValue);
+    Vec value =
+        Ops::select(pannedAt(scene, s), Ops::div(Ops::loadAligned(w + s), divisor), lfeValue);
     value = Ops::mul(value, Ops::mul(Ops::loadAligned(scene.gain + s), inputGain));
     value = Ops::select(Ops::less(Ops::abs(value), Ops::set(kOutOfReach)), value, Ops::zero());
     if (s + kWidth <= scene.speakers) {
@@ -161,6 +165,15 @@ void writeRow(const LawScene& scene, const LawInput& input, double total, const 
       Ops::storeAligned(lanes, value);
       for (int k = 0; s + k < scene.speakers; ++k) row[s + k] = lanes[k];
     }
+  }
+}
+
+void powersOfTwo(const double* x, double* result, int count) {
+  for (int k = 0; k < count; k += kWidth) {
+    alignas(64) double lanes[kWidth] = {};
+    for (int j = 0; j < kWidth && k + j < count; ++j) lanes[j] = x[k + j];
+    Ops::storeAligned(lanes, exp2Vector(Ops::loadAligned(lanes)));
+    for (int j = 0; j < kWidth && k + j < count; ++j) result[k + j] = lanes[j];
   }
 }
 

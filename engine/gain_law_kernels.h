@@ -10,16 +10,16 @@
 // settings of the room that the law reads are folded in.
 struct LawScene {
   int speakers = 0;
-  bool relative = false;     // the relative law; else the absolute one
-  bool normalises = false;   // the panned gains of an input are divided by their sum
-  double walls[3] = {};      // 2 * room scale: x, y, z
-  alignas(64) double x[kMaxSpeakers];   // position scaled by the room
+  bool relative = false;               // the relative law; else the absolute one
+  bool normalises = false;             // the panned gains of an input are divided by their sum
+  double walls[3] = {};                // 2 * room scale: x, y, z
+  alignas(64) double x[kMaxSpeakers];  // position scaled by the room
   alignas(64) double y[kMaxSpeakers];
   alignas(64) double z[kMaxSpeakers];
-  alignas(64) double reach[kMaxSpeakers];    // kDeadZoneDivisor * influence
-  alignas(64) double trim[kMaxSpeakers];     // the centre trim's factor, 1 outside its band
+  alignas(64) double reach[kMaxSpeakers];  // kDeadZoneDivisor * influence
+  alignas(64) double trim[kMaxSpeakers];   // the centre trim's factor, 1 outside its band
   alignas(64) double gain[kMaxSpeakers];
-  alignas(64) double panned[kMaxSpeakers];   // 1 for a panned speaker, 0 for LFE and padding
+  alignas(64) double panned[kMaxSpeakers];  // 1 for a panned speaker, 0 for LFE and padding
 };
 
 // One input's constants for a row.
@@ -43,6 +43,8 @@ struct GainLawKernels {
   const char* name;
   // Writes row[0 .. scene.speakers - 1].
   void (*computeRow)(const LawScene& scene, const LawInput& input, double* row);
+  // [tests] result[k] = 2^x[k] as the relative law computes it, for k < count.
+  void (*powersOfTwo)(const double* x, double* result, int count);
 };
 
 const GainLawKernels& sse2GainLawKernels();

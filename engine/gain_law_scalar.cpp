@@ -120,6 +120,7 @@ void scalarInputGains(const PannerPlugin& plugin, int input, double* row) {
     double value = row[s];
     if (divide && !speaker.isLfe) value /= total;
     value *= speaker.gain * in.gain;
-    row[s] = std::isfinite(value) ? value : 0.0;  // nothing the model holds may reach the mix as NaN
+    row[s] =
+        std::isfinite(value) ? value : 0.0;  // nothing the model holds may reach the mix as NaN
   }
 }

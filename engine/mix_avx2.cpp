@@ -17,7 +17,7 @@ constexpr int kChunkFrames = 48;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& avx2MixKernels() {
-  static const MixKernels kernels{MixPath::Avx2, "AVX2+FMA", kSteadySpeakers,  kRampSpeakers,
+  static const MixKernels kernels{MixPath::Avx2, "AVX2+FMA", kSteadySpeakers,   kRampSpeakers,
                                   &mixSteady,    &mixRamp,   &largestMagnitude, &rampSteps};
   return kernels;
 }

@@ -24,7 +24,7 @@ constexpr int kChunkFrames = 96;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& avx512MixKernels() {
-  static const MixKernels kernels{MixPath::Avx512, "AVX-512", kSteadySpeakers,  kRampSpeakers,
+  static const MixKernels kernels{MixPath::Avx512, "AVX-512", kSteadySpeakers,   kRampSpeakers,
                                   &mixSteady,      &mixRamp,  &largestMagnitude, &rampSteps};
   return kernels;
 }

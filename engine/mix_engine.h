@@ -25,7 +25,8 @@ struct MixEngine {
   int speakerOfOutput[kMaxSpeakers];  // model speaker of each planned output
 };
 
-// [tests] Mixes and computes gains with the kernels of `path`; false (and nothing changed) when this processor lacks it.
+// [tests] Mixes and computes gains with the kernels of `path`; false (and nothing changed) when
+// this processor lacks it.
 bool forceMixPath(PannerPlugin& plugin, MixPath path);
 
 // [tests, benchmarks] The kernels this instance mixes with.

@@ -255,12 +255,12 @@ double largestMagnitude(const double* samples, int frames) {
   return result;
 }
 
-void rampSteps(const double* target, const double* applied, double* steps, int cells,
-               int frames) {
+void rampSteps(const double* target, const double* applied, double* steps, int cells, int frames) {
   const Vec divisor = Ops::set(frames);
   int k = 0;
   for (; k + kWidth <= cells; k += kWidth)
-    Ops::store(steps + k, Ops::div(Ops::sub(Ops::load(target + k), Ops::load(applied + k)), divisor));
+    Ops::store(steps + k,
+               Ops::div(Ops::sub(Ops::load(target + k), Ops::load(applied + k)), divisor));
   for (; k < cells; ++k) steps[k] = (target[k] - applied[k]) / frames;
 }
 

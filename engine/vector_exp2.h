@@ -1,6 +1,8 @@
 // 2^x on whole vectors: the relative law's 2^(-4 d) for a vector of speakers at once. Included by
-// a kernel file after vector_ops.h; internal linkage, like the operations it is made of.
+// a kernel file that defines its SPATIOLA_VECTOR_ macro; internal linkage, like vector_ops.h.
 #pragma once
+
+#include "engine/vector_ops.h"
 
 namespace {
 

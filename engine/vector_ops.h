@@ -89,8 +89,7 @@ struct VectorOps {
   }
   // 2^n, n in -1022..1023 held in the low bits of the mantissa of `shifted` (n + 0x1.8p52).
   static V powerOfTwo(V shifted) {
-    const __m256i bits =
-        _mm256_add_epi64(_mm256_castpd_si256(shifted), _mm256_set1_epi64x(1023));
+    const __m256i bits = _mm256_add_epi64(_mm256_castpd_si256(shifted), _mm256_set1_epi64x(1023));
     return _mm256_castsi256_pd(_mm256_slli_epi64(bits, 52));
   }
 };
@@ -130,8 +129,7 @@ struct VectorOps {
   static double horizontalMin(V a) { return _mm512_reduce_min_pd(a); }
   // 2^n, n in -1022..1023 held in the low bits of the mantissa of `shifted` (n + 0x1.8p52).
   static V powerOfTwo(V shifted) {
-    const __m512i bits =
-        _mm512_add_epi64(_mm512_castpd_si512(shifted), _mm512_set1_epi64(1023));
+    const __m512i bits = _mm512_add_epi64(_mm512_castpd_si512(shifted), _mm512_set1_epi64(1023));
     return _mm512_castsi512_pd(_mm512_slli_epi64(bits, 52));
   }
 };
