@@ -1,6 +1,7 @@
-// spatiola_engine_bench: the mix against a per-pair loop and a one-thread BLAS product, the ramp
-// against the steady block, the whole audio routine against the bare mix and the gain law against
-// the real-time budget. Prints each ratio after the usual table.
+// spatiola_engine_bench: the mix against a per-pair loop, a one-thread BLAS product and the core's
+// multiply-add peak, the ramp against the steady block, the whole audio routine against the bare
+// mix, blocks of a moving scene against steady ones and the gain law against the real-time budget.
+// Prints each ratio after the usual table.
 #include <benchmark/benchmark.h>
 #include <cblas.h>
 
@@ -8,10 +9,12 @@
 #include <cstdio>
 
 #include "bench/bench_fixture.h"
+#include "bench/fma_peak.h"
 #include "bench/per_pair_mix.h"
 #include "bench/ratio_report.h"
 #include "engine/audio_process.h"
 #include "engine/gain_law.h"
+#include "engine/mix_engine.h"
 #include "model/parameters.h"
 
 namespace {
@@ -72,9 +75,16 @@ void wholeBlock(benchmark::State& state, Shape shape) {
   destroyBenchInstance(*plugin);
 }
 
+// As many multiply-adds as the dense mix, in registers only.
+void fmaPeak(benchmark::State& state, MixPath path) {
+  for (auto _ : state) benchmark::DoNotOptimize(fusedMultiplyAddPeak(path));
+  countMultiplyAdds(state, kDense);
+}
+
 // Every row of a 64 x 64 matrix with diffusion and rotation on every input.
-void gainLaw(benchmark::State& state, std::uint32_t optionFlags) {
+void gainLaw(benchmark::State& state, std::uint32_t optionFlags, MixPath path) {
   auto plugin = makeBenchInstance(64, 64);
+  forceMixPath(*plugin, path);
   spreadScene(*plugin, optionFlags);
   for (auto _ : state) {
     computeMarkedInputGains(*plugin, ~std::uint64_t{0});
@@ -100,8 +110,10 @@ class Sweep {
 // Whole blocks of the spread scene through the host's entries. Moving: before each block the
 // host's automation sets every input's x (setParameter, timed with the block), so every row is
 // recomputed and every gain glides.
-void sceneBlock(benchmark::State& state, Shape shape, std::uint32_t optionFlags, bool moving) {
+void sceneBlock(benchmark::State& state, Shape shape, std::uint32_t optionFlags, MixPath path,
+                bool moving) {
   auto plugin = makeBenchInstance(shape.inputs, shape.outputs);
+  forceMixPath(*plugin, path);
   spreadScene(*plugin, optionFlags);
   MixBuffers buffers(shape);
   auto** in = const_cast<double**>(buffers.in.data());
@@ -152,25 +164,43 @@ std::vector<Ratio> registerProcessCalls(MixPath best) {
   return ratios;
 }
 
-// The spread scene in each influence mode: the gain law alone, steady and moving blocks.
-std::vector<Ratio> registerScenes() {
+// The spread scene in each influence mode on one path: the gain law alone, steady and moving
+// blocks. Held to their targets on the paths a processor ships with (not the SSE2 fallback).
+std::vector<Ratio> registerScenes(MixPath path) {
   struct Mode {
     const char* name;
     std::uint32_t flags;
   };
+  const double held = path == MixPath::Sse2 ? 0.0 : 1.0;
+  const std::string suffix = std::string("/") + kernelsFor(path).name;
   std::vector<Ratio> ratios;
   for (Mode mode :
        {Mode{"absolute", kOptionDefaults}, Mode{"relative", kOptionRelativeInfluence}}) {
-    const std::string law = std::string("gainlaw/64x64 spread/") + mode.name;
-    const std::string steady = "scene/steady/" + kDense.label() + "/" + mode.name;
-    const std::string moving = "scene/moving/" + kDense.label() + "/" + mode.name;
-    benchmark::RegisterBenchmark(law.c_str(), gainLaw, mode.flags);
-    benchmark::RegisterBenchmark(steady.c_str(), sceneBlock, kDense, mode.flags, false);
-    benchmark::RegisterBenchmark(moving.c_str(), sceneBlock, kDense, mode.flags, true);
-    ratios.push_back({std::string("gain law 64x64 / budget of 512 frames, ") + mode.name, law,
-                      kBudget, 0.10, false});
+    const std::string law = std::string("gainlaw/64x64 spread/") + mode.name + suffix;
+    const std::string steady = "scene/steady/" + kDense.label() + "/" + mode.name + suffix;
+    const std::string moving = "scene/moving/" + kDense.label() + "/" + mode.name + suffix;
+    benchmark::RegisterBenchmark(law.c_str(), gainLaw, mode.flags, path);
+    benchmark::RegisterBenchmark(steady.c_str(), sceneBlock, kDense, mode.flags, path, false);
+    benchmark::RegisterBenchmark(moving.c_str(), sceneBlock, kDense, mode.flags, path, true);
+    const std::string label = kernelsFor(path).name + std::string(", ") + mode.name;
     ratios.push_back(
-        {std::string("moving block / steady block, ") + mode.name, moving, steady, 2.0, false});
+        {label + ": gain law 64x64 / budget of 512 frames", law, kBudget, 0.10 * held, false});
+    ratios.push_back({label + ": moving block / steady block", moving, steady, 2.0 * held, false});
+  }
+  return ratios;
+}
+
+// The fraction of the core's multiply-add peak (its widest vectors) that each path's mix reaches.
+std::vector<Ratio> registerPeak() {
+  const MixPath widest = processorSupports(MixPath::Avx512) ? MixPath::Avx512 : MixPath::Avx2;
+  if (!processorSupports(widest)) return {};
+  const std::string peak = std::string("peak/fma/") + kernelsFor(widest).name;
+  benchmark::RegisterBenchmark(peak.c_str(), fmaPeak, widest);
+  std::vector<Ratio> ratios;
+  for (MixPath path : {MixPath::Avx512, MixPath::Avx2, MixPath::Sse2}) {
+    if (!processorSupports(path)) continue;
+    ratios.push_back({kernelsFor(path).name + std::string(": mix, fraction of the FMA peak"), peak,
+                      mixName("steady", kDense, path), 0.0, false});
   }
   return ratios;
 }
@@ -184,7 +214,11 @@ std::vector<Ratio> registerAll() {
     for (Ratio& r : registerPath(path)) ratios.push_back(r);
   }
   for (Ratio& r : registerProcessCalls(bestMixKernels().path)) ratios.push_back(r);
-  for (Ratio& r : registerScenes()) ratios.push_back(r);
+  for (MixPath path : {MixPath::Avx512, MixPath::Avx2, MixPath::Sse2}) {
+    if (!processorSupports(path)) continue;
+    for (Ratio& r : registerScenes(path)) ratios.push_back(r);
+  }
+  for (Ratio& r : registerPeak()) ratios.push_back(r);
   return ratios;
 }
 

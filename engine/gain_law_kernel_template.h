@@ -113,20 +113,31 @@ double measureDistances(const LawScene& scene, const InputLanes& in, double* d) 
   return Ops::horizontalMin(nearest);
 }
 
-// Speakers against a wall fade out as the input reaches the opposite wall.
-inline Vec wallFade(Vec f, Vec offset, double wall) {
-  const Vec e = Ops::abs(offset);
+// Speakers against a wall fade out as the input reaches the opposite wall: e = |offset| on one
+// axis against the wall's distance W = 2 * room scale.
+inline Vec wallFade(Vec f, Vec e, double wall) {
   const Vec fading = Ops::mul(f, Ops::mul(Ops::sub(Ops::set(wall), e), Ops::set(1.0 / kNear)));
   const Vec faded = Ops::select(Ops::less(e, Ops::set(wall)), fading, Ops::zero());
   return Ops::select(Ops::lessOrEqual(e, Ops::set(wall - kNear)), f, faded);
 }
 
+// Most vectors of speakers have none within kNear of the far wall: they skip the fades.
+inline Vec wallFades(const LawScene& scene, const Offsets& o, Vec f) {
+  const Vec ex = Ops::abs(o.dx);
+  const Vec ey = Ops::abs(o.dy);
+  const Vec ez = Ops::abs(o.dz);
+  const Mask near = Ops::either(Ops::either(Ops::less(Ops::set(scene.walls[0] - kNear), ex),
+                                            Ops::less(Ops::set(scene.walls[1] - kNear), ey)),
+                                Ops::less(Ops::set(scene.walls[2] - kNear), ez));
+  if (!Ops::any(near)) return f;
+  f = wallFade(f, ex, scene.walls[0]);
+  f = wallFade(f, ey, scene.walls[1]);
+  return wallFade(f, ez, scene.walls[2]);
+}
+
 inline Vec relativeWeight(const LawScene& scene, const Offsets& o, Vec d, Vec nearFade) {
-  Vec f = Ops::select(Ops::less(d, Ops::set(kNear)), Ops::set(1.0), nearFade);
-  f = wallFade(f, o.dx, scene.walls[0]);
-  f = wallFade(f, o.dy, scene.walls[1]);
-  f = wallFade(f, o.dz, scene.walls[2]);
-  return Ops::mul(f, exp2Vector(Ops::mul(Ops::set(-kRelativeSlope), d)));
+  const Vec f = Ops::select(Ops::less(d, Ops::set(kNear)), Ops::set(1.0), nearFade);
+  return Ops::mul(wallFades(scene, o, f), exp2Vector(Ops::mul(Ops::set(-kRelativeSlope), d)));
 }
 
 // The distances in w become the trimmed weights; returns their sum.

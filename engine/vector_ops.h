@@ -37,6 +37,7 @@ struct VectorOps {
   static M lessOrEqual(V a, V b) { return _mm_cmple_pd(a, b); }
   static M both(M a, M b) { return _mm_and_pd(a, b); }
   static M either(M a, M b) { return _mm_or_pd(a, b); }
+  static bool any(M m) { return _mm_movemask_pd(m) != 0; }
   static V select(M m, V a, V b) { return _mm_or_pd(_mm_and_pd(m, a), _mm_andnot_pd(m, b)); }
   static double horizontalSum(V a) { return _mm_cvtsd_f64(_mm_add_sd(a, _mm_unpackhi_pd(a, a))); }
   static double horizontalMin(V a) { return _mm_cvtsd_f64(_mm_min_sd(a, _mm_unpackhi_pd(a, a))); }
@@ -78,6 +79,7 @@ struct VectorOps {
   static M lessOrEqual(V a, V b) { return _mm256_cmp_pd(a, b, _CMP_LE_OQ); }
   static M both(M a, M b) { return _mm256_and_pd(a, b); }
   static M either(M a, M b) { return _mm256_or_pd(a, b); }
+  static bool any(M m) { return _mm256_movemask_pd(m) != 0; }
   static V select(M m, V a, V b) { return _mm256_blendv_pd(b, a, m); }
   static double horizontalSum(V a) {
     const __m128d half = _mm_add_pd(_mm256_castpd256_pd128(a), _mm256_extractf128_pd(a, 1));
@@ -124,6 +126,7 @@ struct VectorOps {
   static M lessOrEqual(V a, V b) { return _mm512_cmp_pd_mask(a, b, _CMP_LE_OQ); }
   static M both(M a, M b) { return static_cast<M>(a & b); }
   static M either(M a, M b) { return static_cast<M>(a | b); }
+  static bool any(M m) { return m != 0; }
   static V select(M m, V a, V b) { return _mm512_mask_blend_pd(m, b, a); }
   static double horizontalSum(V a) { return _mm512_reduce_add_pd(a); }
   static double horizontalMin(V a) { return _mm512_reduce_min_pd(a); }
