@@ -1,10 +1,16 @@
 #include "host/cli/audio_file.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <map>
-#include <set>
 
+#include "host/cli/channel_layout.h"
+#include "host/cli/repeatable_file.h"
+#include "host/runtime/file_problem.h"
 #include "host/runtime/host_error.h"
 
 namespace {
@@ -45,10 +51,26 @@ int sampleTypeOf(const std::string& name, int container) {
                                                     {"double", SF_FORMAT_DOUBLE}};
   const auto found = kTypes.find(lowercase(name));
   if (found == kTypes.end()) {
-    throw HostError("unknown sample format '" + name +
-                    "' (use pcm16, pcm24, pcm32, float or double)");
+    throw UsageError("unknown sample format '" + name +
+                     "' (use pcm16, pcm24, pcm32, float or double)");
   }
   return found->second;
+}
+
+// Why a file cannot be read: the system's cause when there is one, else not audio libsndfile
+// knows.
+std::string unreadableCause(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return fileProblem(errno);
+  if (S_ISDIR(status.st_mode)) return fileProblem(EISDIR);
+  if (access(path.c_str(), R_OK) != 0) return fileProblem(errno);
+  return "not an audio file in a format libsndfile reads";
+}
+
+// Why a file cannot be written; errno as sf_open or the write left it.
+std::string unwritableCause(int errorNumber, SNDFILE* file) {
+  if (errorNumber != 0) return fileProblem(errorNumber);
+  return std::string("libsndfile refused it (") + sf_strerror(file) + ")";
 }
 
 }  // namespace
@@ -57,7 +79,7 @@ AudioReader::AudioReader(const std::string& path) : path_(path) {
   SF_INFO info{};
   file_ = sf_open(path.c_str(), SFM_READ, &info);
   if (file_ == nullptr) {
-    throw HostError("cannot read the audio file " + path + ": " + sf_strerror(nullptr));
+    throw HostError("cannot read the audio file " + path + ": " + unreadableCause(path));
   }
   info_ = AudioFileInfo{info.channels, info.samplerate, info.frames};
   if (info.channels > kMaxFileChannels) {
@@ -81,11 +103,11 @@ int chooseOutputFormat(const std::string& path, const std::string& formatName,
   const std::string name = formatName.empty() ? extensionOf(path) : formatName;
   int container = containerOf(name);
   if (container == 0) {
-    throw HostError(formatName.empty()
-                        ? "cannot tell the output format from '" + path +
-                              "': use a .wav, .w64, .rf64, .aiff, .flac, .caf or .ogg name or "
-                              "--format"
-                        : "unknown output format '" + formatName + "'");
+    throw UsageError(formatName.empty()
+                         ? "cannot tell the output format from '" + path +
+                               "': use a .wav, .w64, .rf64, .aiff, .flac, .caf or .ogg name or "
+                               "--format"
+                         : "unknown output format '" + formatName + "'");
   }
   SF_INFO check{};
   check.channels = channels;
@@ -100,15 +122,18 @@ int chooseOutputFormat(const std::string& path, const std::string& formatName,
 }
 
 AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
-                         const OutputFormat& format)
-    : path_(path) {
+                         const OutputFormat& format, const std::string& shownPath)
+    : path_(path),
+      shownPath_(shownPath.empty() ? path : shownPath),
+      container_(format.sndfileFormat & SF_FORMAT_TYPEMASK) {
   SF_INFO info{};
   info.channels = channels;
   info.samplerate = sampleRate;
   info.format = format.sndfileFormat;
+  errno = 0;
   file_ = sf_open(path.c_str(), SFM_WRITE, &info);
   if (file_ == nullptr) {
-    throw HostError("cannot write " + path + ": " + sf_strerror(nullptr));
+    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
   }
   sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);  // integer files clip, never wrap
   if (format.channelMap.size() == static_cast<std::size_t>(channels)) {
@@ -126,17 +151,41 @@ AudioWriter::~AudioWriter() {
 }
 
 void AudioWriter::write(const double* frames, std::int64_t count) {
+  errno = 0;
   if (sf_writef_double(file_, frames, count) != count) {
-    throw HostError("writing " + path_ + " failed: " + sf_strerror(file_));
+    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, file_));
   }
 }
 
 void AudioWriter::close() {
   if (file_ == nullptr) return;
+  errno = 0;
   sf_write_sync(file_);
   const int result = sf_close(file_);
   file_ = nullptr;
-  if (result != 0) throw HostError("closing " + path_ + " failed: " + sf_error_number(result));
+  if (result != 0) {
+    throw HostError("cannot finish " + shownPath_ + ": " +
+                    (errno != 0 ? fileProblem(errno) : std::string(sf_error_number(result))));
+  }
+  const bool repeatable = container_ == SF_FORMAT_OGG ? setOggSerialNumber(path_, kFixedOggSerial)
+                                                      : clearPeakTime(path_);
+  if (!repeatable) throw HostError("cannot finish " + shownPath_ + ": " + fileProblem(errno));
+}
+
+bool isIntegerFormat(int sndfileFormat) {
+  const int type = sndfileFormat & SF_FORMAT_SUBMASK;
+  return type == SF_FORMAT_PCM_S8 || type == SF_FORMAT_PCM_U8 || type == SF_FORMAT_PCM_16 ||
+         type == SF_FORMAT_PCM_24 || type == SF_FORMAT_PCM_32;
+}
+
+std::int64_t uncompressedBytes(int sndfileFormat, int channels, std::int64_t frames) {
+  const int container = sndfileFormat & SF_FORMAT_TYPEMASK;
+  if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG) return -1;
+  static const std::map<int, int> kBytes = {
+      {SF_FORMAT_PCM_S8, 1}, {SF_FORMAT_PCM_U8, 1}, {SF_FORMAT_PCM_16, 2}, {SF_FORMAT_PCM_24, 3},
+      {SF_FORMAT_PCM_32, 4}, {SF_FORMAT_FLOAT, 4},  {SF_FORMAT_DOUBLE, 8}};
+  const auto found = kBytes.find(sndfileFormat & SF_FORMAT_SUBMASK);
+  return found == kBytes.end() ? -1 : frames * channels * found->second;
 }
 
 OutputFormat makeOutputFormat(const std::string& path, const std::string& formatName,
@@ -162,81 +211,4 @@ OutputFormat makeOutputFormat(const std::string& path, const std::string& format
     format.channelMap = speakerMap;
   }
   return format;
-}
-
-std::uint32_t waveSpeakerBit(int position) {
-  struct WaveBit {
-    int position;
-    std::uint32_t bit;
-  };
-  static constexpr WaveBit kBits[] = {
-      {SF_CHANNEL_MAP_LEFT, 0x1},
-      {SF_CHANNEL_MAP_RIGHT, 0x2},
-      {SF_CHANNEL_MAP_CENTER, 0x4},
-      {SF_CHANNEL_MAP_LFE, 0x8},
-      {SF_CHANNEL_MAP_REAR_LEFT, 0x10},
-      {SF_CHANNEL_MAP_REAR_RIGHT, 0x20},
-      {SF_CHANNEL_MAP_FRONT_LEFT_OF_CENTER, 0x40},
-      {SF_CHANNEL_MAP_FRONT_RIGHT_OF_CENTER, 0x80},
-      {SF_CHANNEL_MAP_REAR_CENTER, 0x100},
-      {SF_CHANNEL_MAP_SIDE_LEFT, 0x200},
-      {SF_CHANNEL_MAP_SIDE_RIGHT, 0x400},
-      {SF_CHANNEL_MAP_TOP_CENTER, 0x800},
-      {SF_CHANNEL_MAP_TOP_FRONT_LEFT, 0x1000},
-      {SF_CHANNEL_MAP_TOP_FRONT_CENTER, 0x2000},
-      {SF_CHANNEL_MAP_TOP_FRONT_RIGHT, 0x4000},
-      {SF_CHANNEL_MAP_TOP_REAR_LEFT, 0x8000},
-      {SF_CHANNEL_MAP_TOP_REAR_CENTER, 0x10000},
-      {SF_CHANNEL_MAP_TOP_REAR_RIGHT, 0x20000},
-  };
-  for (const WaveBit& entry : kBits) {
-    if (entry.position == position) return entry.bit;
-  }
-  return 0;
-}
-
-bool isWaveOrder(const std::vector<int>& map) {
-  std::uint32_t previous = 0;
-  for (const int position : map) {
-    const std::uint32_t bit = waveSpeakerBit(position);
-    if (bit <= previous) return false;
-    previous = bit;
-  }
-  return !map.empty();
-}
-
-int channelPositionOfSpeaker(const std::string& name) {
-  static const std::map<std::string, int> kPositions = {
-      {"left", SF_CHANNEL_MAP_LEFT},
-      {"right", SF_CHANNEL_MAP_RIGHT},
-      {"center", SF_CHANNEL_MAP_CENTER},
-      {"front left", SF_CHANNEL_MAP_LEFT},
-      {"front right", SF_CHANNEL_MAP_RIGHT},
-      {"front center", SF_CHANNEL_MAP_CENTER},
-      {"lfe", SF_CHANNEL_MAP_LFE},
-      {"back left", SF_CHANNEL_MAP_REAR_LEFT},
-      {"back right", SF_CHANNEL_MAP_REAR_RIGHT},
-      {"back center", SF_CHANNEL_MAP_REAR_CENTER},
-      {"side left", SF_CHANNEL_MAP_SIDE_LEFT},
-      {"side right", SF_CHANNEL_MAP_SIDE_RIGHT},
-      {"front left height", SF_CHANNEL_MAP_TOP_FRONT_LEFT},
-      {"front right height", SF_CHANNEL_MAP_TOP_FRONT_RIGHT},
-      {"left height", SF_CHANNEL_MAP_TOP_FRONT_LEFT},
-      {"right height", SF_CHANNEL_MAP_TOP_FRONT_RIGHT},
-      {"back left height", SF_CHANNEL_MAP_TOP_REAR_LEFT},
-      {"back right height", SF_CHANNEL_MAP_TOP_REAR_RIGHT},
-  };
-  const auto found = kPositions.find(lowercase(name));
-  return found == kPositions.end() ? SF_CHANNEL_MAP_INVALID : found->second;
-}
-
-std::vector<int> channelMapOfSpeakers(const std::vector<std::string>& names) {
-  std::vector<int> map;
-  std::set<int> used;
-  for (const std::string& name : names) {
-    const int position = channelPositionOfSpeaker(name);
-    if (position == SF_CHANNEL_MAP_INVALID || !used.insert(position).second) return {};
-    map.push_back(position);
-  }
-  return map;
 }

@@ -18,7 +18,7 @@ struct AudioFileInfo {
 
 class AudioReader {
  public:
-  // Throws HostError naming the file when libsndfile cannot read it.
+  // Throws HostError naming the file and the cause when it cannot be read.
   explicit AudioReader(const std::string& path);
   ~AudioReader();
   AudioReader(const AudioReader&) = delete;
@@ -42,27 +42,30 @@ struct OutputFormat {
 
 // The container from `formatName` ("wav", "w64", "rf64", "aiff", "flac", "caf", "ogg") or, when
 // it is empty, from the file's extension; the sample type from `sampleType` ("pcm16", "pcm24",
-// "pcm32", "float", "double"; empty: float, 24-bit for FLAC, Vorbis for OGG). Throws HostError
-// for unknown names and for combinations libsndfile cannot write.
+// "pcm32", "float", "double"; empty: float, 24-bit for FLAC, Vorbis for OGG). Throws UsageError
+// for unknown names, HostError for combinations libsndfile cannot write.
 int chooseOutputFormat(const std::string& path, const std::string& formatName,
                        const std::string& sampleType, int channels, int sampleRate);
 
 // The output format of a render. WAVE files get the extensible header with speaker positions only
-// when the speakers are standard positions in WAVE order (or the output is ambisonic); other
-// containers keep the map as it is.
+// when the positions are in WAVE order (or the output is ambisonic); other containers keep the map
+// as it is.
 OutputFormat makeOutputFormat(const std::string& path, const std::string& formatName,
                               const std::string& sampleType, int channels, int sampleRate,
                               const std::vector<int>& speakerMap, bool ambisonic);
 
-// The WAVE channel-mask bit of an SF_CHANNEL_MAP_* position, 0 for positions libsndfile does not
-// write to WAVE files.
-std::uint32_t waveSpeakerBit(int position);
-// True when every position has a WAVE bit and the bits rise strictly, as the mask requires.
-bool isWaveOrder(const std::vector<int>& map);
+// Integer sample types clip what lies above full scale; floating-point types keep it.
+bool isIntegerFormat(int sndfileFormat);
+// The size of `frames` frames in this format, headers aside; -1 for compressed formats, whose
+// size is not known before they are written.
+std::int64_t uncompressedBytes(int sndfileFormat, int channels, std::int64_t frames);
 
+// Files are the same bytes for the same samples (repeatable_file.h).
 class AudioWriter {
  public:
-  AudioWriter(const std::string& path, int channels, int sampleRate, const OutputFormat& format);
+  // Writes `path`; messages name `shownPath` (the path the user gave) when it is not empty.
+  AudioWriter(const std::string& path, int channels, int sampleRate, const OutputFormat& format,
+              const std::string& shownPath = "");
   ~AudioWriter();
   AudioWriter(const AudioWriter&) = delete;
   AudioWriter& operator=(const AudioWriter&) = delete;
@@ -76,13 +79,8 @@ class AudioWriter {
 
  private:
   std::string path_;
+  std::string shownPath_;
   SNDFILE* file_ = nullptr;
+  int container_ = 0;
   bool channelMapWritten_ = false;
 };
-
-// SF_CHANNEL_MAP_* of a speaker name ("front left", "LFE", "side right", "left height", ...);
-// SF_CHANNEL_MAP_INVALID when the name is not a standard position. The front speakers are LEFT,
-// RIGHT and CENTER: the only front positions libsndfile can put in a WAVE mask.
-int channelPositionOfSpeaker(const std::string& name);
-// A map for all names, or empty when one is not standard or two share a position.
-std::vector<int> channelMapOfSpeakers(const std::vector<std::string>& names);

@@ -13,7 +13,7 @@ int BlockSizer::next() {
   state_ ^= state_ << 25;
   state_ ^= state_ >> 27;
   const std::uint64_t drawn = (state_ * 0x2545f4914f6cdd1dull) >> 32;
-  return static_cast<int>(drawn % static_cast<std::uint64_t>(largest_ + 1));
+  return 1 + static_cast<int>(drawn % static_cast<std::uint64_t>(largest_));
 }
 
 void OutputChecksum::add(const double* samples, int frames) {

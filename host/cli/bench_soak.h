@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-// Block sizes 0..largest from a fixed seed: the same seed gives the same sequence on every run.
+// Block sizes 1..largest from a fixed seed: the same seed gives the same sequence on every run.
+// Never 0: some plug-ins crash on an empty block.
 class BlockSizer {
  public:
   BlockSizer(int largest, std::uint64_t seed, bool random)

@@ -147,7 +147,7 @@ void printBenchResult(std::ostream& out, PluginInstance& instance, const BenchOp
   char line[256];
   std::snprintf(
       line, sizeof(line), "shape       %d in -> %d out, block %s%d, %.1f s at %.0f Hz, %s\n",
-      instance.inputCount(), instance.outputCount(), options.randomBlocks ? "0.." : "",
+      instance.inputCount(), instance.outputCount(), options.randomBlocks ? "1.." : "",
       options.blockSize, static_cast<double>(median.frames) / options.sampleRate,
       options.sampleRate, options.movingAutomation ? "moving automation" : "static parameters");
   out << line;
@@ -159,22 +159,30 @@ void printBenchResult(std::ostream& out, PluginInstance& instance, const BenchOp
   out << line;
 }
 
+constexpr double kMaxSampleRate = 768000.0;
+
 void checkShape(const BenchOptions& options) {
-  if (options.inputs < 1 || options.inputs > 64) throw HostError("--inputs must be 1..64");
+  if (options.inputs < 1 || options.inputs > 64) throw UsageError("--inputs must be 1..64");
   if (options.outputs < 0 || options.outputs > 64) {
-    throw HostError("--outputs must be 1..64 (a user setup of that many speakers)");
+    throw UsageError("--outputs must be 1..64 (a user setup of that many speakers)");
+  }
+  if (options.outputs > 0 && !options.plugin.layout.empty()) {
+    throw UsageError("--outputs and --layout both choose the speakers; give one of them");
   }
   if (options.blockSize < 1 || options.blockSize > 65536) {
-    throw HostError("--block must be 1..65536");
+    throw UsageError("--block must be 1..65536");
   }
-  if (!(options.seconds > 0.0)) throw HostError("--seconds must be positive");
-  if (options.repeats < 1) throw HostError("--repeat must be at least 1");
-  if (!(options.reportSeconds >= 0.0)) throw HostError("--report must be 0 or more seconds");
+  if (!(options.sampleRate >= 1.0 && options.sampleRate <= kMaxSampleRate)) {
+    throw UsageError("--rate must be a sample rate from 1 to 768000 Hz");
+  }
+  if (!(options.seconds > 0.0)) throw UsageError("--seconds must be positive");
+  if (options.repeats < 1) throw UsageError("--repeat must be at least 1");
+  if (!(options.reportSeconds >= 0.0)) throw UsageError("--report must be 0 or more seconds");
 }
 
 }  // namespace
 
-int runBench(const BenchOptions& options, std::ostream& out) {
+int runBench(const BenchOptions& options, std::ostream& out, std::ostream& notes) {
   checkShape(options);
   HostConfig config;
   config.sampleRate = options.sampleRate;
@@ -189,7 +197,7 @@ int runBench(const BenchOptions& options, std::ostream& out) {
                     " has its own output count (" + std::to_string(instance.outputCount()) + ")");
   }
   if (options.outputs > 0 && setup.layout.empty()) setup.layout = std::to_string(options.outputs);
-  configurePlugin(instance, setup);
+  configurePlugin(instance, setup, notes);
   instance.start();
   fillNoise(instance, options.blockSize);
 

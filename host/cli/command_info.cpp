@@ -107,11 +107,11 @@ void printText(const nlohmann::ordered_json& info, std::ostream& out) {
 
 }  // namespace
 
-int runInfo(const InfoOptions& options, std::ostream& out) {
+int runInfo(const InfoOptions& options, std::ostream& out, std::ostream& notes) {
   HostConfig config;
   config.trackChannels = options.trackChannels;
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
-  configurePlugin(*plugin.instance, options.plugin);
+  configurePlugin(*plugin.instance, options.plugin, notes);
   const nlohmann::ordered_json info = describe(*plugin.instance);
   if (options.json) {
     out << info.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";

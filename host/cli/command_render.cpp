@@ -5,6 +5,6 @@ int runRender(const RenderOptions& options, std::ostream& out, std::ostream& not
   out << "rendered " << result.frames << " samples (" << result.inputChannels << " -> "
       << result.outputChannels << " channels, " << result.sampleRate << " Hz) to "
       << options.outputPath << "\n";
-  printLevelTable(out, result.levels, result.channelNames);
+  printLevelTable(out, result.levels, result.channels, result.integerFile);
   return 0;
 }

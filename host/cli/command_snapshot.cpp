@@ -2,8 +2,8 @@
 
 #include "host/cli/commands.h"
 
-int runSnapshot(const SnapshotOptions& options, std::ostream& out) {
-  const SnapshotResult result = writeSnapshot(options);
+int runSnapshot(const SnapshotOptions& options, std::ostream& out, std::ostream& notes) {
+  const SnapshotResult result = writeSnapshot(options, notes);
   std::error_code ignored;
   out << "wrote the inline view of " << result.effectName << " (" << result.size.widthPx << "x"
       << result.size.heightPx << " px at " << options.scale256 * 100 / 256 << " %) to "

@@ -1,5 +1,6 @@
 // The subcommands of the spatiola program. Each returns the exit status; errors the user can fix
-// are thrown as HostError and reported by main.
+// are thrown as HostError (UsageError for a wrong command line) and reported by main; notes and
+// warnings go to `notes`.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +16,7 @@ struct InfoOptions {
   int trackChannels = 2;
   bool json = false;
 };
-int runInfo(const InfoOptions& options, std::ostream& out);
+int runInfo(const InfoOptions& options, std::ostream& out, std::ostream& notes);
 
 struct BenchOptions {
   PluginOptions plugin;
@@ -26,12 +27,12 @@ struct BenchOptions {
   double sampleRate = 48000.0;
   bool movingAutomation = false;
   int repeats = 5;
-  bool randomBlocks = false;   // block sizes drawn from 0..blockSize
+  bool randomBlocks = false;   // block sizes drawn from 1..blockSize
   std::uint64_t seed = 1;      // of the random block sizes
   double reportSeconds = 0.0;  // > 0: one long run, a line of cost and memory this often
 };
-int runBench(const BenchOptions& options, std::ostream& out);
+int runBench(const BenchOptions& options, std::ostream& out, std::ostream& notes);
 
 int runRender(const RenderOptions& options, std::ostream& out, std::ostream& notes);
 
-int runSnapshot(const SnapshotOptions& options, std::ostream& out);
+int runSnapshot(const SnapshotOptions& options, std::ostream& out, std::ostream& notes);

@@ -3,10 +3,12 @@
 #include <cstdio>
 
 #include "host/runtime/host_error.h"
+#include "host/runtime/interrupt_guard.h"
 
 void writeCompleteFile(const std::string& path,
                        const std::function<void(const std::string&)>& write) {
   const std::string partialPath = path + ".partial";
+  const UnfinishedFile unfinished(partialPath, path);
   try {
     write(partialPath);
   } catch (...) {

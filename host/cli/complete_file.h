@@ -5,6 +5,7 @@
 #include <string>
 
 // Calls `write` with a temporary path beside `path` and renames the result to `path`. Whatever
-// `write` throws leaves no temporary file behind and `path` untouched.
+// `write` throws, and an interruption by a signal, leave no temporary file behind and `path`
+// untouched.
 void writeCompleteFile(const std::string& path,
                        const std::function<void(const std::string&)>& write);

@@ -24,4 +24,7 @@ class PluginExtension {
   virtual std::vector<std::string> outputNames(PluginInstance& instance) const = 0;
   // One step of `bench --moving` at `phase` (radians).
   virtual void moveParameters(PluginInstance& instance, double phase) const = 0;
+  // What in the plug-in's setup the user would want to know before a render: inputs that reach
+  // no output, for instance. One sentence each.
+  virtual std::vector<std::string> setupWarnings(PluginInstance& instance) const = 0;
 };

@@ -2,11 +2,15 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 
+#include "host/cli/complete_file.h"
+#include "host/cli/plural.h"
+#include "host/runtime/file_problem.h"
 #include "host/runtime/host_error.h"
 
 namespace {
@@ -39,17 +43,17 @@ LoadedPlugin loadPlugin(const std::string& path, const HostConfig& config) {
 ParameterSetting parseParameterSetting(const std::string& text) {
   const auto equals = text.find_last_of('=');
   if (equals == std::string::npos || equals == 0) {
-    throw HostError("--set '" + text + "' must be NAME=VALUE");
+    throw UsageError("--set '" + text + "' must be NAME=VALUE");
   }
   const std::string valueText = text.substr(equals + 1);
   char* end = nullptr;
   const double value = std::strtod(valueText.c_str(), &end);
   if (valueText.empty() || end != valueText.c_str() + valueText.size() || !std::isfinite(value)) {
-    throw HostError("--set '" + text + "': '" + valueText + "' is not a number");
+    throw UsageError("--set '" + text + "': '" + valueText + "' is not a number");
   }
   if (value < 0.0 || value > 1.0) {
-    throw HostError("--set '" + text + "': " + valueText +
-                    " is outside 0..1 (values are normalised)");
+    throw UsageError("--set '" + text + "': " + valueText +
+                     " is outside 0..1 (values are normalised)");
   }
   return ParameterSetting{text.substr(0, equals), static_cast<float>(value)};
 }
@@ -61,7 +65,7 @@ int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex) {
     const long index = std::strtol(nameOrIndex.c_str(), nullptr, 10);
     if (index < instance.parameterCount()) return static_cast<int>(index);
     throw HostError("parameter index " + nameOrIndex + " is out of range: the plug-in has " +
-                    std::to_string(instance.parameterCount()) + " parameters");
+                    counted(instance.parameterCount(), "parameter"));
   }
   throw HostError("the plug-in has no parameter named '" + nameOrIndex +
                   "' (spatiola info lists them)");
@@ -72,10 +76,26 @@ const PluginExtension* extensionFor(const PluginOptions& options, PluginInstance
   return extension != nullptr && extension->recognises(instance.effect()) ? extension : nullptr;
 }
 
-void configurePlugin(PluginInstance& instance, const PluginOptions& options) {
+namespace {
+
+// Loads the block and asks the plug-in for it again: a block it would not write back byte for byte
+// is not one it wrote (an older version, cut off, values out of range), and the user should know.
+void loadStateBlock(PluginInstance& instance, const std::string& path, std::ostream& notes) {
+  const std::vector<unsigned char> block = readStateFile(path);
+  instance.setChunk(block);
+  if (instance.chunk() != block) {
+    notes << "note: " << path
+          << " is not a block as the plug-in writes it (an older version, cut off, or values out "
+             "of range); the plug-in loaded what it could of it\n";
+  }
+}
+
+}  // namespace
+
+void configurePlugin(PluginInstance& instance, const PluginOptions& options, std::ostream& notes) {
   const PluginExtension* extension = extensionFor(options, instance);
   if (!options.statePath.empty()) {
-    instance.setChunk(readBinaryFile(options.statePath));
+    loadStateBlock(instance, options.statePath, notes);
   } else if (extension != nullptr && instance.inputCount() != instance.config().trackChannels) {
     extension->setInputCount(instance, instance.config().trackChannels);
   }
@@ -95,15 +115,27 @@ void configurePlugin(PluginInstance& instance, const PluginOptions& options) {
 
 std::vector<unsigned char> readBinaryFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw HostError("cannot read " + path);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (!in) throw HostError("cannot read " + path + ": " + fileProblem(errno));
+  std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(in),
+                                   std::istreambuf_iterator<char>()};
+  if (in.bad()) throw HostError("cannot read " + path + ": " + fileProblem(errno));
+  return bytes;
+}
+
+std::vector<unsigned char> readStateFile(const std::string& path) {
+  std::vector<unsigned char> bytes = readBinaryFile(path);
+  if (bytes.empty()) throw HostError("the state file " + path + " is empty");
+  return bytes;
 }
 
 void writeBinaryFile(const std::string& path, const std::vector<unsigned char>& bytes) {
-  std::ofstream out(path, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()),
-            static_cast<std::streamsize>(bytes.size()));
-  if (!out.flush()) throw HostError("cannot write " + path);
+  writeCompleteFile(path, [&](const std::string& partialPath) {
+    errno = 0;
+    std::ofstream out(partialPath, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    if (!out.flush()) throw HostError("cannot write " + path + ": " + fileProblem(errno));
+  });
 }
 
 std::vector<std::string> outputChannelNames(PluginInstance& instance,

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -39,8 +40,12 @@ const PluginExtension* extensionFor(const PluginOptions& options, PluginInstance
 
 // Applies --state, --layout and --set in that order, then gives the plug-in an idle call.
 // Without --state, a plug-in with an extension gets one input per track channel also beyond the
-// 63 the host's channel-count query can announce.
-void configurePlugin(PluginInstance& instance, const PluginOptions& options);
+// 63 the host's channel-count query can announce. A state block the plug-in would not write back
+// byte for byte is loaded with a note to `notes`; an empty one is an error.
+void configurePlugin(PluginInstance& instance, const PluginOptions& options, std::ostream& notes);
+
+// The bytes of a state file; throws HostError when it cannot be read or is empty.
+std::vector<unsigned char> readStateFile(const std::string& path);
 
 // "NAME=VALUE" split at the last '='; throws HostError for a missing '=' or a value outside 0..1.
 ParameterSetting parseParameterSetting(const std::string& text);
@@ -48,6 +53,7 @@ ParameterSetting parseParameterSetting(const std::string& text);
 int resolveParameter(PluginInstance& instance, const std::string& nameOrIndex);
 
 std::vector<unsigned char> readBinaryFile(const std::string& path);
+// Through a temporary file: `path` is replaced only by a complete file.
 void writeBinaryFile(const std::string& path, const std::vector<unsigned char>& bytes);
 
 // Names of the output channels when the plug-in's extension tells them, else empty.

@@ -1,29 +1,30 @@
 #include "host/cli/render.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/cli/audio_file.h"
 #include "host/cli/complete_file.h"
+#include "host/cli/output_checks.h"
+#include "host/cli/plural.h"
 #include "host/cli/progress.h"
 #include "host/runtime/host_error.h"
 
 namespace {
 
-constexpr int kMaxBlockSize = 65536;
-
 // Moves one segment through the plug-in: the input file's channels into its inputs (missing ones
-// silent), its outputs into the interleaved output.
-void processSegment(PluginInstance& instance, const double* in, int fileChannels, double* out,
-                    int frames) {
+// silent), its outputs into the interleaved output in the file's channel order.
+void processSegment(PluginInstance& instance, const double* in, int fileChannels,
+                    const std::vector<int>& pluginOutput, double* out, int frames) {
   const int used = std::min(fileChannels, instance.inputCount());
   for (int c = 0; c < instance.inputCount(); ++c) {
     double* buffer = instance.inputBuffer(c);
     for (int f = 0; f < frames; ++f) buffer[f] = c < used ? in[f * fileChannels + c] : 0.0;
   }
   instance.process(frames);
-  const int outputs = instance.outputCount();
+  const auto outputs = static_cast<int>(pluginOutput.size());
   for (int c = 0; c < outputs; ++c) {
-    const double* buffer = instance.outputBuffer(c);
+    const double* buffer = instance.outputBuffer(pluginOutput[c]);
     for (int f = 0; f < frames; ++f) out[f * outputs + c] = buffer[f];
   }
 }
@@ -31,61 +32,50 @@ void processSegment(PluginInstance& instance, const double* in, int fileChannels
 class Renderer {
  public:
   Renderer(PluginInstance& instance, AudioReader& reader, AudioWriter& writer,
-           std::vector<ResolvedChange> changes, LevelMeter& levels)
+           RenderSchedule& schedule, const FileChannels& channels, LevelMeter& levels)
       : instance_(instance),
         reader_(reader),
         writer_(writer),
-        changes_(std::move(changes)),
+        schedule_(schedule),
+        pluginOutput_(channels.pluginOutput),
         levels_(levels),
         fileChannels_(reader.info().channels),
         outputChannels_(instance.outputCount()) {
-    const auto block = static_cast<std::size_t>(instance.config().blockSize);
+    const auto block = static_cast<std::size_t>(schedule.largestBlock());
     in_.resize(block * static_cast<std::size_t>(fileChannels_));
-    out_.resize(block * static_cast<std::size_t>(std::max(outputChannels_, 1)));
+    out_.resize(block * pluginOutput_.size());
   }
 
   std::int64_t run() {
     ProgressBar progress("rendering", reader_.info().frames);
     std::int64_t position = 0;
-    for (;;) {
-      const auto frames = static_cast<int>(reader_.read(in_.data(), instance_.config().blockSize));
-      if (frames <= 0) break;
-      renderBlock(position, frames);
+    Segment segment;
+    while (schedule_.next(segment)) {
+      applyChanges(segment);
+      const auto frames = static_cast<int>(reader_.read(in_.data(), segment.frames));
+      if (frames > 0) renderSegment(segment.start, frames);
       position += frames;
       progress.update(position);
+      if (frames < segment.frames) break;  // the file ended before its announced length
     }
     progress.finish();
     return position;
   }
 
  private:
-  void renderBlock(std::int64_t position, int frames) {
-    int offset = 0;
-    while (offset < frames) {
-      applyChangesUpTo(position + offset);
-      int end = frames;
-      if (next_ < changes_.size()) {
-        end = static_cast<int>(
-            std::clamp<std::int64_t>(changes_[next_].sample - position, offset + 1, frames));
-      }
-      renderSegment(position + offset, offset, end - offset);
-      offset = end;
+  void applyChanges(const Segment& segment) {
+    for (std::size_t k = segment.firstChange; k < segment.endChange; ++k) {
+      const ParameterChange& change = schedule_.changes()[k];
+      instance_.setParameter(change.parameter, change.value);
     }
   }
 
-  void applyChangesUpTo(std::int64_t sample) {
-    for (; next_ < changes_.size() && changes_[next_].sample <= sample; ++next_) {
-      instance_.setParameter(changes_[next_].parameter, changes_[next_].value);
-    }
-  }
-
-  void renderSegment(std::int64_t sample, int offset, int frames) {
+  void renderSegment(std::int64_t sample, int frames) {
     if (instance_.outputCount() != outputChannels_) {
       throw HostError("the plug-in changed its number of outputs during the render");
     }
     instance_.setSamplePosition(sample);
-    const double* in = in_.data() + static_cast<std::size_t>(offset) * fileChannels_;
-    processSegment(instance_, in, fileChannels_, out_.data(), frames);
+    processSegment(instance_, in_.data(), fileChannels_, pluginOutput_, out_.data(), frames);
     writer_.write(out_.data(), frames);
     levels_.add(out_.data(), frames);
   }
@@ -93,51 +83,154 @@ class Renderer {
   PluginInstance& instance_;
   AudioReader& reader_;
   AudioWriter& writer_;
-  std::vector<ResolvedChange> changes_;
+  RenderSchedule& schedule_;
+  const std::vector<int>& pluginOutput_;
   LevelMeter& levels_;
   int fileChannels_;
   int outputChannels_;
-  std::size_t next_ = 0;
   std::vector<double> in_;
   std::vector<double> out_;
 };
 
-void checkOptions(const RenderOptions& options) {
-  if (options.blockSize < 1 || options.blockSize > kMaxBlockSize) {
-    throw HostError("--block must be between 1 and 65536 samples");
+int glideFrames(const RenderOptions& options, int sampleRate) {
+  return static_cast<int>(std::llround(options.glideMs * sampleRate / 1000.0));
+}
+
+HostConfig renderConfig(const RenderOptions& options, const AudioFileInfo& input, int glide) {
+  HostConfig config;
+  config.sampleRate = input.sampleRate;
+  config.blockSize = std::max(options.blockSize, glide);
+  config.trackChannels = input.channels;
+  return config;
+}
+
+bool isInstrument(PluginInstance& instance) {
+  return instance.inputCount() == 0 || (instance.effect().flags & effFlagsIsSynth) != 0;
+}
+
+void noteChannelMismatch(PluginInstance& instance, int fileChannels, std::ostream& notes) {
+  const int inputs = instance.inputCount();
+  if (isInstrument(instance)) {
+    notes << "note: the plug-in is an instrument (" << counted(inputs, "input")
+          << "); this host sends it no MIDI, so it plays no notes\n";
+  } else if (fileChannels > inputs) {
+    notes << "note: the plug-in has " << counted(inputs, "input") << "; "
+          << (fileChannels == inputs + 1
+                  ? "channel " + std::to_string(fileChannels)
+                  : "channels " + std::to_string(inputs + 1) + ".." + std::to_string(fileChannels))
+          << " of the input " << (fileChannels == inputs + 1 ? "is" : "are") << " not used\n";
+  } else if (fileChannels < inputs) {
+    notes << "note: the plug-in has " << counted(inputs, "input") << "; "
+          << (inputs == fileChannels + 1 ? "input " + std::to_string(inputs) + " receives"
+                                         : "inputs " + std::to_string(fileChannels + 1) + ".." +
+                                               std::to_string(inputs) + " receive")
+          << " silence\n";
   }
 }
 
-void noteChannelMismatch(const PluginInstance& instance, int fileChannels, std::ostream& notes) {
-  if (fileChannels > instance.inputCount()) {
-    notes << "note: the plug-in has " << instance.inputCount() << " inputs; channels "
-          << instance.inputCount() + 1 << ".." << fileChannels << " of the input are not used\n";
-  } else if (fileChannels < instance.inputCount()) {
-    notes << "note: the plug-in has " << instance.inputCount() << " inputs; inputs "
-          << fileChannels + 1 << ".." << instance.inputCount() << " receive silence\n";
+void noteSetup(PluginInstance& instance, const RenderOptions& options, const AudioFileInfo& input,
+               const std::vector<ParameterChange>& changes, std::ostream& notes) {
+  noteChannelMismatch(instance, input.channels, notes);
+  if (!changes.empty() && changes.back().sample >= input.frames) {
+    notes << "note: automation after the end of the input (" << counted(input.frames, "sample")
+          << ") is not applied\n";
+  }
+  if (const PluginExtension* extension = extensionFor(options.plugin, instance)) {
+    for (const std::string& warning : extension->setupWarnings(instance)) {
+      notes << "warning: " << warning << "\n";
+    }
   }
 }
 
-OutputFormat outputFormatFor(const RenderOptions& options, PluginInstance& instance, int sampleRate,
-                             std::vector<std::string>& names) {
-  names = outputChannelNames(instance, options.plugin);
-  return makeOutputFormat(options.outputPath, options.format, options.sampleType,
-                          instance.outputCount(), sampleRate, channelMapOfSpeakers(names),
-                          options.ambisonic);
+// The automation as changes; those at the very start are applied at once, before the first
+// sample, exactly like --set, and left out of the result.
+std::vector<ParameterChange> automationChanges(PluginInstance& instance,
+                                               const RenderOptions& options,
+                                               const std::vector<AutomationPoint>& points,
+                                               int sampleRate, int glide) {
+  std::vector<ParameterChange> changes =
+      resolveAutomation(instance, points, sampleRate, options.automationPath);
+  if (options.interpolate) {
+    changes = interpolateChanges(changes, glide > 0 ? glide : options.blockSize);
+  }
+  const auto later = std::find_if(changes.begin(), changes.end(),
+                                  [](const ParameterChange& change) { return change.sample > 0; });
+  for (auto change = changes.begin(); change != later; ++change) {
+    instance.setParameter(change->parameter, change->value);
+  }
+  changes.erase(changes.begin(), later);
+  return changes;
+}
+
+std::vector<ChannelLabel> labelsOf(const FileChannels& channels,
+                                   const std::vector<std::string>& names) {
+  std::vector<ChannelLabel> labels;
+  for (const int output : channels.pluginOutput) {
+    labels.push_back({output, output < static_cast<int>(names.size()) ? names[output] : ""});
+  }
+  return labels;
+}
+
+// Everything that would make the render fail at its end, checked before it starts.
+void checkBeforeRendering(const RenderOptions& options, PluginInstance& instance,
+                          const OutputFormat& format, std::int64_t frames) {
+  if (instance.outputCount() < 1) throw HostError("the plug-in has no outputs");
+  if (!options.saveStatePath.empty() && (instance.effect().flags & effFlagsProgramChunks) == 0) {
+    throw HostError("--save-state: the plug-in " + instance.module().path() +
+                    " keeps no state block; nothing rendered");
+  }
+  checkFreeSpace(options.outputPath,
+                 uncompressedBytes(format.sndfileFormat, instance.outputCount(), frames));
+}
+
+void noteLevels(const RenderResult& result, const std::string& outputPath, std::ostream& notes) {
+  const std::int64_t overs = result.levels.totalOvers();
+  if (overs > 0 && result.integerFile) {
+    notes << "warning: " << counted(overs, "sample") << " clipped in " << outputPath
+          << ": its integer format holds nothing above 0 dBFS; lower the level to keep them\n";
+  } else if (overs > 0) {
+    notes << "warning: " << counted(overs, "sample") << " in " << outputPath
+          << " are above 0 dBFS; the floating-point file keeps them, an integer format would "
+             "clip them\n";
+  }
+  if (result.levels.nonFinite() > 0) {
+    notes << "warning: the plug-in's output holds " << counted(result.levels.nonFinite(), "sample")
+          << " that are no number (NaN or infinity)\n";
+  }
 }
 
 }  // namespace
 
-std::vector<ResolvedChange> resolveAutomation(PluginInstance& instance,
-                                              const std::vector<AutomationPoint>& points,
-                                              double sampleRate) {
-  std::vector<ResolvedChange> changes;
+void checkRenderOptions(const RenderOptions& options) {
+  if (options.blockSize < 1 || options.blockSize > kMaxBlockSize) {
+    throw UsageError("--block must be between 1 and 65536 samples");
+  }
+  if (!(options.glideMs >= 0.0 && options.glideMs <= kMaxGlideMs)) {
+    throw UsageError("--glide must be between 0 and 250 milliseconds");
+  }
+}
+
+void checkRenderPaths(const RenderOptions& options) {
+  const std::vector<std::string> read = {options.inputPath, options.plugin.statePath,
+                                         options.automationPath};
+  checkWritablePath(options.outputPath, "the output");
+  checkNotOverwriting(options.outputPath, "the output", read);
+  if (options.saveStatePath.empty()) return;
+  checkWritablePath(options.saveStatePath, "--save-state");
+  checkNotOverwriting(options.saveStatePath, "--save-state",
+                      {options.inputPath, options.automationPath, options.outputPath});
+}
+
+std::vector<ParameterChange> resolveAutomation(PluginInstance& instance,
+                                               const std::vector<AutomationPoint>& points,
+                                               double sampleRate, const std::string& sourceName) {
+  std::vector<ParameterChange> changes;
   for (const AutomationPoint& point : points) {
     int index = -1;
     try {
       index = resolveParameter(instance, point.parameter);
     } catch (const HostError& error) {
-      throw HostError("automation line " + std::to_string(point.line) + ": " + error.what());
+      throw HostError(sourceName + ":" + std::to_string(point.line) + ": " + error.what());
     }
     changes.push_back({samplePositionOf(point.seconds, sampleRate), index, point.value});
   }
@@ -145,41 +238,47 @@ std::vector<ResolvedChange> resolveAutomation(PluginInstance& instance,
 }
 
 RenderResult renderFile(const RenderOptions& options, std::ostream& notes) {
-  checkOptions(options);
+  checkRenderOptions(options);
+  checkRenderPaths(options);
   AudioReader reader(options.inputPath);
+  const AudioFileInfo input = reader.info();
   const std::vector<AutomationPoint> points = options.automationPath.empty()
                                                   ? std::vector<AutomationPoint>{}
                                                   : loadAutomationCsv(options.automationPath);
-  HostConfig config;
-  config.sampleRate = reader.info().sampleRate;
-  config.blockSize = options.blockSize;
-  config.trackChannels = reader.info().channels;
-  LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
+  const int glide = glideFrames(options, input.sampleRate);
+  LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, renderConfig(options, input, glide));
   PluginInstance& instance = *plugin.instance;
-  configurePlugin(instance, options.plugin);
-  auto changes = resolveAutomation(instance, points, config.sampleRate);
-  if (!changes.empty() && changes.back().sample >= reader.info().frames) {
-    notes << "note: automation after the end of the input (" << reader.info().frames
-          << " samples) is not applied\n";
-  }
+  configurePlugin(instance, options.plugin, notes);
+  std::vector<ParameterChange> changes =
+      automationChanges(instance, options, points, input.sampleRate, glide);
   instance.start();
-  noteChannelMismatch(instance, reader.info().channels, notes);
-  if (instance.outputCount() < 1) throw HostError("the plug-in has no outputs");
 
   RenderResult result;
-  result.inputChannels = reader.info().channels;
-  result.sampleRate = reader.info().sampleRate;
+  result.inputChannels = input.channels;
+  result.sampleRate = input.sampleRate;
   result.outputChannels = instance.outputCount();
   result.levels = LevelMeter(instance.outputCount());
-  const OutputFormat format =
-      outputFormatFor(options, instance, result.sampleRate, result.channelNames);
+  const std::vector<std::string> names = outputChannelNames(instance, options.plugin);
+  const FileChannels channels =
+      fileChannelsFor(options.ambisonic ? std::vector<std::string>{} : names,
+                      instance.outputCount(), options.channelOrder);
+  result.channels = labelsOf(channels, names);
+  const OutputFormat format = makeOutputFormat(
+      options.outputPath, options.format, options.sampleType, instance.outputCount(),
+      input.sampleRate, channels.positions, options.ambisonic);
+  result.integerFile = isIntegerFormat(format.sndfileFormat);
+  checkBeforeRendering(options, instance, format, input.frames);
+  noteSetup(instance, options, input, changes, notes);
+  RenderSchedule schedule(std::move(changes), options.blockSize, glide, input.frames);
   writeCompleteFile(options.outputPath, [&](const std::string& partialPath) {
-    AudioWriter writer(partialPath, instance.outputCount(), result.sampleRate, format);
+    AudioWriter writer(partialPath, instance.outputCount(), input.sampleRate, format,
+                       options.outputPath);
     result.channelMapWritten = writer.channelMapWritten();
-    result.frames = Renderer(instance, reader, writer, std::move(changes), result.levels).run();
+    result.frames = Renderer(instance, reader, writer, schedule, channels, result.levels).run();
     writer.close();
   });
   instance.stop();
   if (!options.saveStatePath.empty()) writeBinaryFile(options.saveStatePath, instance.chunk());
+  noteLevels(result, options.outputPath, notes);
   return result;
 }

@@ -1,9 +1,12 @@
 #include "host/cli/snapshot.h"
 
+#include <strings.h>
+
 #include <string>
 
 #include "host/cli/complete_file.h"
 #include "host/cli/inline_view_call.h"
+#include "host/cli/output_checks.h"
 #include "host/graphics/drawing.h"
 #include "host/graphics/png_io.h"
 #include "host/runtime/host_error.h"
@@ -46,16 +49,16 @@ std::unique_ptr<DAUB_IBitmap> newHostBitmap(BitmapSize size, int scale256) {
 BitmapSize parseBitmapSize(const std::string& text) {
   const auto cross = text.find('x');
   if (cross == std::string::npos) {
-    throw HostError(sizeError(text, "must be WIDTHxHEIGHT in pixels, for instance 480x480"));
+    throw UsageError(sizeError(text, "must be WIDTHxHEIGHT in pixels, for instance 480x480"));
   }
   const BitmapSize size{parseSide(text.substr(0, cross)), parseSide(text.substr(cross + 1))};
   if (size.widthPx < 0 || size.heightPx < 0) {
-    throw HostError(sizeError(text, "must be two whole numbers of pixels, for instance 480x480"));
+    throw UsageError(sizeError(text, "must be two whole numbers of pixels, for instance 480x480"));
   }
   if (size.widthPx < 1 || size.heightPx < 1 || size.widthPx > kMaxSnapshotSidePx ||
       size.heightPx > kMaxSnapshotSidePx) {
-    throw HostError(sizeError(text, "is out of range: each side is 1 to " +
-                                        std::to_string(kMaxSnapshotSidePx) + " pixels"));
+    throw UsageError(sizeError(text, "is out of range: each side is 1 to " +
+                                         std::to_string(kMaxSnapshotSidePx) + " pixels"));
   }
   return size;
 }
@@ -64,8 +67,8 @@ int checkedAdvisoryScale(int scale256) {
   for (const int accepted : kScales256) {
     if (scale256 == accepted) return scale256;
   }
-  throw HostError("--scale " + std::to_string(scale256) +
-                  " is not a display scale: use 256 (100 %), 384 (150 %) or 512 (200 %)");
+  throw UsageError("--scale " + std::to_string(scale256) +
+                   " is not a display scale: use 256 (100 %), 384 (150 %) or 512 (200 %)");
 }
 
 // [UI thread] The host owns the bitmap; the plug-in only draws into it during the call.
@@ -85,13 +88,27 @@ std::unique_ptr<DAUB_IBitmap> paintSnapshot(PluginInstance& instance, BitmapSize
   return bitmap;
 }
 
-SnapshotResult writeSnapshot(const SnapshotOptions& options) {
+void checkSnapshotOptions(const SnapshotOptions& options) {
+  parseBitmapSize(options.size);
+  checkedAdvisoryScale(options.scale256);
+  const std::string& path = options.outputPath;
+  const auto slash = path.find_last_of('/');
+  const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  if (name.size() < 5 || strcasecmp(name.c_str() + name.size() - 4, ".png") != 0) {
+    throw UsageError("the picture " + path + " must have a .png name: snapshot writes PNG only");
+  }
+}
+
+SnapshotResult writeSnapshot(const SnapshotOptions& options, std::ostream& notes) {
+  checkSnapshotOptions(options);
   const BitmapSize size = parseBitmapSize(options.size);
-  const int scale256 = checkedAdvisoryScale(options.scale256);
+  const int scale256 = options.scale256;
+  checkWritablePath(options.outputPath, "the picture");
+  checkNotOverwriting(options.outputPath, "the picture", {options.plugin.statePath});
   HostConfig config;
   config.trackChannels = options.trackChannels;
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
-  configurePlugin(*plugin.instance, options.plugin);
+  configurePlugin(*plugin.instance, options.plugin, notes);
   plugin.instance->start();  // hosts picture plug-ins that are open and running
   const std::unique_ptr<DAUB_IBitmap> picture = paintSnapshot(*plugin.instance, size, scale256);
   writeCompleteFile(options.outputPath, [&picture, &options](const std::string& partialPath) {

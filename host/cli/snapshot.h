@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "host/cli/plugin_setup.h"
@@ -16,10 +17,10 @@ struct BitmapSize {
 // Larger pictures are no inline view any more, and a side this long is already 256 MB of pixels.
 constexpr int kMaxSnapshotSidePx = 8192;
 
-// "WxH" in pixels, each side 1..kMaxSnapshotSidePx; throws HostError saying what is wrong.
+// "WxH" in pixels, each side 1..kMaxSnapshotSidePx; throws UsageError saying what is wrong.
 BitmapSize parseBitmapSize(const std::string& text);
 
-// The advisory scales a host offers: 256 (100 %), 384 (150 %), 512 (200 %); throws HostError
+// The advisory scales a host offers: 256 (100 %), 384 (150 %), 512 (200 %); throws UsageError
 // for any other value.
 int checkedAdvisoryScale(int scale256);
 
@@ -36,10 +37,14 @@ struct SnapshotResult {
   BitmapSize size;
 };
 
+// Throws UsageError for options no plug-in could make right: the size, the scale, an output name
+// that is not .png.
+void checkSnapshotOptions(const SnapshotOptions& options);
+
 // Loads and sets up the plug-in as render does, paints its inline view and writes the PNG.
 // Throws HostError when the plug-in has no inline view or declines to paint; no file is written
-// then, and an existing file at the output path is left as it was.
-SnapshotResult writeSnapshot(const SnapshotOptions& options);
+// then, and an existing file at the output path is left as it was. Notes go to `notes`.
+SnapshotResult writeSnapshot(const SnapshotOptions& options, std::ostream& notes);
 
 // The picture of the instance's inline view in a new host bitmap; throws HostError as above.
 std::unique_ptr<DAUB_IBitmap> paintSnapshot(PluginInstance& instance, BitmapSize size,

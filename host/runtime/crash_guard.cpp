@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cstring>
+
+#include "host/runtime/interrupt_guard.h"
+#include "host/runtime/signal_text.h"
 
 namespace {
 
@@ -16,27 +18,6 @@ constexpr int kFaultSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr std::size_t kAlternateStackBytes = std::size_t{64} * 1024;
 alignas(16) char alternateStack[kAlternateStackBytes];
 
-void writeText(const char* text) {
-  std::size_t left = std::strlen(text);
-  while (left > 0) {
-    const ssize_t written = write(STDERR_FILENO, text, left);
-    if (written <= 0) return;
-    text += written;
-    left -= static_cast<std::size_t>(written);
-  }
-}
-
-void writeNumber(int value) {
-  char digits[16];
-  int i = sizeof(digits) - 1;
-  digits[i] = '\0';
-  do {
-    digits[--i] = static_cast<char>('0' + value % 10);
-    value /= 10;
-  } while (value > 0 && i > 0);
-  writeText(digits + i);
-}
-
 // Only async-signal-safe calls from here on.
 void onFault(int signalNumber) {
   const char* path = currentPath.load();
@@ -46,13 +27,14 @@ void onFault(int signalNumber) {
     raise(signalNumber);
     return;
   }
-  writeText("spatiola: the plug-in ");
-  writeText(path);
-  writeText(" crashed in ");
-  writeText(call);
-  writeText(" (signal ");
-  writeNumber(signalNumber);
-  writeText(")\n");
+  writeSignalText("spatiola: the plug-in ");
+  writeSignalText(path);
+  writeSignalText(" crashed in ");
+  writeSignalText(call);
+  writeSignalText(" (signal ");
+  writeSignalNumber(signalNumber);
+  writeSignalText(")\n");
+  removeUnfinishedFiles();
   _exit(128 + signalNumber);
 }
 

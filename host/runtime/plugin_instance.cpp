@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int kTextBufferBytes = 256;  // more than the 8..64 the interface allows: plug-ins overrun
-constexpr std::int32_t effSetProcessPrecisionOpcode = 77;
 constexpr VstIntPtr kProcessPrecision64 = 1;
 constexpr int kProcessLevelUser = 1;
 constexpr int kMaxChannels = 1024;
@@ -34,17 +33,34 @@ void checkEffect(const AEffect* effect, const std::string& path) {
 
 PluginInstance::PluginInstance(const PluginModule& module, const HostConfig& config)
     : module_(module), config_(config) {
-  {
-    const ConstructionScope scope(this);
-    effect_ = module.createEffect(hostCallbackEntry);
-    checkEffect(effect_, module.path());
-    effect_->user = this;
-  }
-  refreshChannelCounts();
+  load();
+  open();
 }
 
 PluginInstance::~PluginInstance() {
   if (running_) stop();
+  close();
+}
+
+void PluginInstance::load() {
+  const ConstructionScope scope(this);
+  effect_ = module_.createEffect(hostCallbackEntry);
+  checkEffect(effect_, module_.path());
+  effect_->user = this;
+}
+
+void PluginInstance::open() {
+  dispatch("effOpen", effOpen);
+  dispatch("effSetSampleRate", effSetSampleRate, 0, 0, nullptr,
+           static_cast<float>(config_.sampleRate));
+  dispatch("effSetBlockSize", effSetBlockSize, 0, config_.blockSize);
+  if (hasDoublePrecision()) {
+    dispatch("effSetProcessPrecision", effSetProcessPrecision, 0, kProcessPrecision64);
+  }
+  refreshChannelCounts();  // plug-ins may settle their counts only once open
+}
+
+void PluginInstance::close() {
   dispatch("effClose", effClose);
 }
 
@@ -142,25 +158,14 @@ void PluginInstance::setChunk(const std::vector<unsigned char>& bytes) {
 }
 
 void PluginInstance::start() {
-  if (!opened_) {
-    dispatch("effOpen", effOpen);
-    opened_ = true;
-  }
-  dispatch("effSetSampleRate", effSetSampleRate, 0, 0, nullptr,
-           static_cast<float>(config_.sampleRate));
-  dispatch("effSetBlockSize", effSetBlockSize, 0, config_.blockSize);
-  if (hasDoublePrecision()) {
-    dispatch("effSetProcessPrecision", effSetProcessPrecisionOpcode, 0, kProcessPrecision64);
-  }
+  if (running_) return;
   dispatch("effMainsChanged", effMainsChanged, 0, 1);
   dispatch("effStartProcess", effStartProcess);
   running_ = true;
-  // Some plug-ins settle their channel counts and gains at the start of a block; an empty block
-  // lets them do so before the first sample counts.
-  process(0);
 }
 
 void PluginInstance::stop() {
+  if (!running_) return;
   dispatch("effStopProcess", effStopProcess);
   dispatch("effMainsChanged", effMainsChanged, 0, 0);
   running_ = false;
@@ -168,7 +173,8 @@ void PluginInstance::stop() {
 }
 
 void PluginInstance::process(int frames) {
-  frames = std::clamp(frames, 0, config_.blockSize);
+  frames = std::min(frames, config_.blockSize);
+  if (frames < 1) return;
   inProcess_ = true;
   if (hasDoublePrecision()) {
     processDouble(frames);

@@ -34,12 +34,21 @@ struct HostEvent {
   std::int64_t samplePosition;  // the render position when it was reported
 };
 
+// The order of calls every command follows, the one established hosts use. Plug-ins built on
+// common frameworks make their instance in effOpen and ignore parameters and state before it.
+//   load     (constructor) the entry point makes the effect
+//   open     (constructor) effOpen, then sample rate, block size and precision
+//   set up   state block, parameters, queries: setChunk, setParameter, names, texts
+//   start    effMainsChanged on, effStartProcess
+//   process  blocks of 1..blockSize samples, never an empty one
+//   stop     effStopProcess, effMainsChanged off
+//   close    (destructor) stop when running, then effClose
 class PluginInstance {
  public:
-  // Creates the effect through the module's entry point and checks it; throws HostError when the
-  // plug-in refuses or hands back something that is not an effect.
+  // Loads and opens the effect; throws HostError when the plug-in refuses or hands back something
+  // that is not an effect.
   PluginInstance(const PluginModule& module, const HostConfig& config);
-  ~PluginInstance();  // suspends when running, then effClose
+  ~PluginInstance();
   PluginInstance(const PluginInstance&) = delete;
   PluginInstance& operator=(const PluginInstance&) = delete;
 
@@ -72,15 +81,15 @@ class PluginInstance {
   std::vector<unsigned char> chunk();
   void setChunk(const std::vector<unsigned char>& bytes);
 
-  // effOpen, sample rate, block size, precision; then switched on and started, and given an
-  // empty block so that counts and gains are settled before the first sample.
+  // Mains on and start; the configuration of open() stays as it is while running.
   void start();
+  // Stop and mains off; the plug-in can be set up and started again.
   void stop();
   bool running() const { return running_; }
 
-  // [render thread] Processes `frames` (0..blockSize) samples from the input buffers into the
+  // [render thread] Processes `frames` (1..blockSize) samples from the input buffers into the
   // output buffers, re-reads the channel counts, then gives the plug-in its idle call when it
-  // asked for one.
+  // asked for one. Fewer than 1 frame calls nothing: some plug-ins crash on an empty block.
   void process(int frames);
   double* inputBuffer(int channel) { return inputs_[channel].data(); }
   const double* outputBuffer(int channel) const { return outputs_[channel].data(); }
@@ -99,6 +108,9 @@ class PluginInstance {
   VstIntPtr answer(std::int32_t opcode, std::int32_t index, VstIntPtr value, void* ptr, float opt);
 
  private:
+  void load();
+  void open();
+  void close();
   void refreshChannelCounts();
   void processDouble(int frames);
   void processFloat(int frames);
@@ -113,7 +125,6 @@ class PluginInstance {
   int inputCount_ = 0;
   int outputCount_ = 0;
   bool running_ = false;
-  bool opened_ = false;
   bool inProcess_ = false;
   bool countsChanged_ = false;
   bool wantsIdle_ = false;

@@ -1,12 +1,15 @@
 #include "host/runtime/plugin_module.h"
 
 #include <dlfcn.h>
-#include <limits.h>
-#include <stdlib.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <filesystem>
+
 #include "host/runtime/crash_guard.h"
+#include "host/runtime/file_problem.h"
 #include "host/runtime/host_error.h"
+#include "host/runtime/load_errors.h"
 #include "host/services/window_table.h"
 #include "host/window/api/window_api.h"
 #include "platform/plask_api.h"
@@ -18,10 +21,10 @@ using DllMainFn = int (*)(HINSTANCE module, int reason);
 constexpr int kProcessAttach = 1;
 
 // dlopen searches the library path for a bare name; a plug-in file is always meant literally.
+// Links are kept, so that messages name the file as the user knows it.
 std::string absolutePath(const std::string& path) {
-  char resolved[PATH_MAX];
-  if (realpath(path.c_str(), resolved) != nullptr) return resolved;
-  return path;
+  std::error_code ignored;
+  return std::filesystem::absolute(path, ignored).lexically_normal().string();
 }
 
 template <typename Fn>
@@ -34,14 +37,15 @@ Fn symbol(void* handle, const char* name) {
 PluginModule::PluginModule(const std::string& path) : path_(absolutePath(path)) {
   installCrashReporter();
   if (access(path_.c_str(), R_OK) != 0) {
-    throw HostError("cannot read the plug-in " + path_ + ": no such file or no permission");
+    throw HostError("cannot read the plug-in " + path_ + ": " + fileProblem(errno));
   }
+  if (const std::string mismatch = elfMismatch(path_); !mismatch.empty()) throw HostError(mismatch);
   {
     const PluginCall call(path_.c_str(), "loading (dlopen)");
     handle_ = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
   }
   if (handle_ == nullptr) {
-    throw HostError(path_ + " is not a plug-in: " + dlerror());
+    throw HostError(describeLoadFailure(path_, dlerror()));
   }
   entry_ = symbol<VstEntryPoint>(handle_, "VSTPluginMain");
   entryName_ = "VSTPluginMain";

@@ -3,12 +3,13 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <numbers>
 #include <vector>
 
 #include "host/cli/audio_file.h"
 #include "host/cli/commands.h"
+#include "host/cli/complete_file.h"
+#include "host/cli/output_checks.h"
 #include "host/runtime/host_error.h"
 #include "host/services/ini_file.h"
 #include "host/spatiola/spatiola_extension.h"
@@ -19,6 +20,8 @@ constexpr int kDemoSources = 4;
 constexpr int kDemoSampleRate = 48000;
 constexpr double kSourceLevel = 0.25;                                 // -12 dBFS
 constexpr double kToneHz[kDemoSources] = {220.0, 330.0, 0.0, 495.0};  // 0: noise
+constexpr double kMaxDemoSeconds = 600.0;
+constexpr int kDemoOutputs = 6;
 
 // Source 1 pulses twice a second, the others hold; source 3 is noise.
 double sourceSample(int source, std::int64_t frame, std::uint32_t& noise) {
@@ -32,11 +35,11 @@ double sourceSample(int source, std::int64_t frame, std::uint32_t& noise) {
   return tone * pulse;
 }
 
-void writeScene(const std::string& path, double seconds) {
+void writeSceneTo(const std::string& partialPath, const std::string& path, double seconds) {
   const auto frames = static_cast<std::int64_t>(seconds * kDemoSampleRate);
   OutputFormat format;
   format.sndfileFormat = SF_FORMAT_WAV | SF_FORMAT_FLOAT;  // sources, not speakers: no mask
-  AudioWriter writer(path, kDemoSources, kDemoSampleRate, format);
+  AudioWriter writer(partialPath, kDemoSources, kDemoSampleRate, format, path);
   std::vector<double> block;
   std::uint32_t noise = 1u;
   for (std::int64_t f = 0; f < frames; ++f) {
@@ -47,6 +50,11 @@ void writeScene(const std::string& path, double seconds) {
     }
   }
   writer.close();
+}
+
+void writeScene(const std::string& path, double seconds) {
+  writeCompleteFile(
+      path, [&](const std::string& partialPath) { writeSceneTo(partialPath, path, seconds); });
 }
 
 struct NormalisedPoint {
@@ -62,15 +70,14 @@ NormalisedPoint travellerAt(double t, double seconds) {
 
 // The traveller's normalised X and Y every quarter second.
 void writeMoves(const std::string& path, double seconds) {
-  std::ofstream out(path);
-  out << "time,parameter,value\n";
+  std::string text = "time,parameter,value\n";
   for (double t = 0.0; t < seconds; t += 0.25) {
     const NormalisedPoint at = travellerAt(t, seconds);
     char line[128];
     std::snprintf(line, sizeof(line), "%.2f,in 1 X,%.4f\n%.2f,in 1 Y,%.4f\n", t, at.x, t, at.y);
-    out << line;
+    text += line;
   }
-  if (!out.flush()) throw HostError("cannot write " + path);
+  writeBinaryFile(path, std::vector<unsigned char>(text.begin(), text.end()));
 }
 
 std::string absolute(const std::string& path) {
@@ -89,7 +96,7 @@ bool writeRoomPicture(const RenderOptions& render, const std::string& path, doub
   snapshot.plugin.sets.push_back("in 1 X=" + std::to_string(start.x));
   snapshot.plugin.sets.push_back("in 1 Y=" + std::to_string(start.y));
   try {
-    writeSnapshot(snapshot);
+    writeSnapshot(snapshot, notes);
     return true;
   } catch (const HostError& error) {
     notes << "spatiola: no room picture: " << error.what() << "\n";
@@ -97,12 +104,23 @@ bool writeRoomPicture(const RenderOptions& render, const std::string& path, doub
   return false;
 }
 
+// Both files of the scene and the render are 32-bit float: their size is known in advance.
+void checkDemo(const DemoOptions& options) {
+  if (!(options.seconds >= 1.0 && options.seconds <= kMaxDemoSeconds)) {
+    throw UsageError("--seconds must be between 1 and 600");
+  }
+  if (!makeDirectories(options.directory)) {
+    throw HostError("cannot create the folder " + options.directory);
+  }
+  const auto frames = static_cast<std::int64_t>(options.seconds * kDemoSampleRate);
+  checkFreeSpace(options.directory + "/demo-5.1.wav",
+                 frames * (kDemoSources + kDemoOutputs) * static_cast<std::int64_t>(sizeof(float)));
+}
+
 }  // namespace
 
 int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes) {
-  if (!makeDirectories(options.directory)) {
-    throw HostError("cannot create the directory " + options.directory);
-  }
+  checkDemo(options);
   RenderOptions render;
   render.inputPath = options.directory + "/scene-4-sources.wav";
   render.automationPath = options.directory + "/moves.csv";
@@ -126,6 +144,6 @@ int runDemo(const DemoOptions& options, std::ostream& out, std::ostream& notes) 
       << " channels, " << result.frames << " samples at " << result.sampleRate << " Hz)\n";
   if (pictured) out << "  room:       " << absolute(picturePath) << " (as the scene starts)\n";
   out << "\n";
-  printLevelTable(out, result.levels, result.channelNames);
+  printLevelTable(out, result.levels, result.channels, result.integerFile);
   return 0;
 }

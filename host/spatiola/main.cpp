@@ -6,8 +6,10 @@
 
 #include "host/cli/commands.h"
 #include "host/runtime/host_error.h"
+#include "host/runtime/interrupt_guard.h"
 #include "host/services/settings.h"
 #include "host/spatiola/command_demo.h"
+#include "host/spatiola/layouts_command.h"
 #include "host/spatiola/scene_command.h"
 #include "host/spatiola/spatiola_extension.h"
 
@@ -28,13 +30,24 @@ void addPluginOptions(CLI::App& command, PluginOptions& plugin, bool withSetup) 
       ->allow_extra_args(false);
 }
 
-void addRender(CLI::App& app, RenderOptions& options) {
+// Values of --channel-order.
+struct RenderChoices {
+  std::string channelOrder = "wave";
+};
+
+void addRender(CLI::App& app, RenderOptions& options, RenderChoices& choices) {
   CLI::App* render = app.add_subcommand("render", "process an audio file through the plug-in");
   render->add_option("input", options.inputPath, "input audio file (any libsndfile format)")
       ->required();
   render->add_option("output", options.outputPath, "output audio file")->required();
   addPluginOptions(*render, options.plugin, true);
   render->add_option("--block", options.blockSize, "block size in samples (default 512)");
+  render->add_option("--glide", options.glideMs,
+                     "after each parameter change, one block of this many milliseconds in which "
+                     "the plug-in glides to the new value (default 10; 0: the rest of the block)");
+  render->add_flag("--interpolate", options.interpolate,
+                   "straight lines between the automation points of each parameter, one change "
+                   "per glide");
   render->add_option("--format", options.format,
                      "output container: wav, w64, rf64, aiff, flac, caf, ogg (default: from the "
                      "output's extension)");
@@ -44,7 +57,28 @@ void addRender(CLI::App& app, RenderOptions& options) {
                      "CSV of time in seconds, parameter name or index, normalised value");
   render->add_option("--save-state", options.saveStatePath,
                      "write the plug-in's state block after the render");
+  render->add_option("--channel-order", choices.channelOrder,
+                     "wave (default): standard layouts in WAVE order with their speaker "
+                     "positions; plugin: the plug-in's order, no positions");
   render->add_flag("--ambisonic", options.ambisonic, "mark a WAVE output as ambisonic B-format");
+}
+
+ChannelOrder channelOrderNamed(const std::string& name) {
+  if (name == "wave") return ChannelOrder::Wave;
+  if (name == "plugin") return ChannelOrder::Plugin;
+  throw UsageError("--channel-order '" + name + "' is neither wave nor plugin");
+}
+
+constexpr int kMinUiScale256 = 64;
+constexpr int kMaxUiScale256 = 1024;
+
+void applyUiScale(int scale256) {
+  if (scale256 == 0) return;
+  if (scale256 < kMinUiScale256 || scale256 > kMaxUiScale256) {
+    throw UsageError("--ui-scale " + std::to_string(scale256) +
+                     " is not a display scale: use 64 to 1024, where 256 is 100 %");
+  }
+  setDisplayScaleOverride(scale256);
 }
 
 void addInfo(CLI::App& app, InfoOptions& options) {
@@ -67,7 +101,7 @@ void addBench(CLI::App& app, BenchOptions& options) {
   bench->add_flag("--moving", options.movingAutomation,
                   "change parameters every block (Spatiola: every input's position)");
   bench->add_flag("--random-blocks", options.randomBlocks,
-                  "draw each block's size from 0..--block (reproducible with --seed)");
+                  "draw each block's size from 1..--block (reproducible with --seed)");
   bench->add_option("--seed", options.seed, "seed of --random-blocks (default 1)");
   bench->add_option("--report", options.reportSeconds,
                     "soak: one run of --seconds, a line of cost per block and memory every "
@@ -94,42 +128,56 @@ void addSnapshot(CLI::App& app, SnapshotOptions& options) {
                        "track channel count the host reports (default 2)");
 }
 
-int dispatchCommand(const CLI::App& app, const RenderOptions& render, const InfoOptions& info,
-                    const BenchOptions& bench, const DemoOptions& demo,
-                    const SnapshotOptions& snapshot, SceneOptions& scene) {
-  if (app.got_subcommand("render")) return runRender(render, std::cout, std::cerr);
-  if (app.got_subcommand("info")) return runInfo(info, std::cout);
-  if (app.got_subcommand("bench")) return runBench(bench, std::cout);
-  if (app.got_subcommand("demo")) return runDemo(demo, std::cout, std::cerr);
-  if (app.got_subcommand("snapshot")) return runSnapshot(snapshot, std::cout);
-  return runScene(scene, std::cin, std::cout, std::cerr);
-}
-
-int run(int argc, char** argv) {
-  CLI::App app{"spatiola: a VST 2.x host for rendering audio through Spatiola and other plug-ins"};
-  app.require_subcommand(1);
-  int scale = 0;
-  app.add_option("--ui-scale", scale, "display scale for plug-ins, 256 = 100 % (default 256)");
+// Every command's options, as the command line filled them.
+struct Commands {
   RenderOptions render;
+  RenderChoices renderChoices;
   InfoOptions info;
   BenchOptions bench;
   DemoOptions demo;
   SnapshotOptions snapshot;
   SceneOptions scene;
-  addRender(app, render);
-  addInfo(app, info);
-  addBench(app, bench);
-  addDemo(app, demo);
-  addSnapshot(app, snapshot);
-  addSceneCommand(app, scene);
+  LayoutsOptions layouts;
+};
+
+int dispatchCommand(const CLI::App& app, Commands& commands) {
+  if (app.got_subcommand("render")) {
+    commands.render.channelOrder = channelOrderNamed(commands.renderChoices.channelOrder);
+    return runRender(commands.render, std::cout, std::cerr);
+  }
+  if (app.got_subcommand("info")) return runInfo(commands.info, std::cout, std::cerr);
+  if (app.got_subcommand("bench")) return runBench(commands.bench, std::cout, std::cerr);
+  if (app.got_subcommand("demo")) return runDemo(commands.demo, std::cout, std::cerr);
+  if (app.got_subcommand("snapshot")) return runSnapshot(commands.snapshot, std::cout, std::cerr);
+  if (app.got_subcommand("layouts")) return runLayouts(commands.layouts, std::cout);
+  return runScene(commands.scene, std::cin, std::cout, std::cerr);
+}
+
+int run(int argc, char** argv) {
+  installInterruptHandlers();
+  CLI::App app{"spatiola: a VST 2.x host for rendering audio through Spatiola and other plug-ins"};
+  app.require_subcommand(1);
+  int scale = 0;
+  app.add_option("--ui-scale", scale, "display scale for plug-ins, 256 = 100 % (default 256)");
+  Commands commands;
+  addRender(app, commands.render, commands.renderChoices);
+  addInfo(app, commands.info);
+  addBench(app, commands.bench);
+  addDemo(app, commands.demo);
+  addSnapshot(app, commands.snapshot);
+  addSceneCommand(app, commands.scene);
+  addLayoutsCommand(app, commands.layouts);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;  // help is no error; usage errors are 2
   }
-  if (scale != 0) setDisplayScaleOverride(scale);
   try {
-    return dispatchCommand(app, render, info, bench, demo, snapshot, scene);
+    applyUiScale(scale);
+    return dispatchCommand(app, commands);
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "spatiola: %s\n", error.what());
+    return 2;
   } catch (const HostError& error) {
     std::fprintf(stderr, "spatiola: %s\n", error.what());
   }

@@ -1,10 +1,12 @@
 #include "host/spatiola/scene_command.h"
 
+#include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "host/cli/plugin_setup.h"
+#include "host/runtime/file_problem.h"
 #include "host/runtime/host_error.h"
 #include "host/spatiola/scene_json.h"
 
@@ -17,7 +19,7 @@ std::string readText(const std::string& path, std::istream& in) {
     return text.str();
   }
   std::ifstream file(path);
-  if (!file) throw HostError("cannot read " + path);
+  if (!file) throw HostError("cannot read " + path + ": " + fileProblem(errno));
   text << file.rdbuf();
   return text.str();
 }

@@ -326,12 +326,43 @@ void readRecords(const Node& node, const RecordField<Record> (&fields)[N],
   }
 }
 
+// A preset's name promises its speakers: a scene that lists another number of them is not that
+// preset.
+void checkLayoutCount(const Node& root, const PannerPlugin& plugin) {
+  const int preset = plugin.model.layoutPreset;
+  const int listed = plugin.speakerCount();
+  int expected = listed;
+  if (preset == -1) {
+    expected = 0;
+  } else if (preset != kLayoutUserSetup) {
+    PannerPlugin presetModel;
+    applyLayoutPreset(presetModel, preset);
+    expected = presetModel.speakerCount();
+  }
+  if (expected != listed) {
+    const Node layout = root.has("layout") ? root.member("layout") : Node(root.value(), "layout");
+    layout.fail("\"" + layoutName(preset) + "\" has " + std::to_string(expected) +
+                " speakers, and \"speakers\" lists " + std::to_string(listed));
+  }
+}
+
 void readHeader(const Node& root, PannerPlugin& plugin) {
   if (root.has("format") && root.member("format").string() != kFormatName) {
     root.member("format").fail("expected \"spatiola-scene\"");
   }
   if (root.has("formatVersion")) root.member("formatVersion").integer(1, kFormatVersion);
   for (const GlobalField& field : kGlobalFields) readGlobal(root, field, plugin);
+}
+
+// The library's message without its own prefixes: "[json.exception.parse_error.101] parse error
+// at line 1, column 2: ..." becomes "line 1, column 2: ...".
+std::string plainJsonError(const std::string& what) {
+  std::string text = what;
+  if (text.starts_with("[json.exception.")) text.erase(0, text.find("] ") + 2);
+  for (const char* prefix : {"parse error at ", "parse error: "}) {
+    if (text.starts_with(prefix)) text.erase(0, std::string(prefix).size());
+  }
+  return text;
 }
 
 }  // namespace
@@ -361,9 +392,11 @@ void sceneFromJson(const Json& scene, PannerPlugin& plugin) {
   if (root.has("inputs")) {
     readRecords(root.member("inputs"), kInputFields, plugin.model.inputs, kMaxInputs);
   }
-  if (root.has("speakers")) {
-    readRecords(root.member("speakers"), kSpeakerFields, plugin.model.speakers, kMaxSpeakers);
+  if (!root.has("speakers")) {
+    Node(scene, "speakers").fail("missing: a scene lists its speakers ([] for none)");
   }
+  readRecords(root.member("speakers"), kSpeakerFields, plugin.model.speakers, kMaxSpeakers);
+  checkLayoutCount(root, plugin);
 }
 
 std::string exportScene(const std::vector<unsigned char>& stateBlock) {
@@ -386,7 +419,7 @@ std::vector<unsigned char> importScene(const std::string& jsonText, const std::s
   try {
     scene = Json::parse(jsonText);
   } catch (const Json::exception& error) {  // syntax, and numbers no double can hold
-    throw HostError(sourceName + ": not valid JSON: " + error.what());
+    throw HostError(sourceName + ": not valid JSON: " + plainJsonError(error.what()));
   }
   PannerPlugin plugin;
   sceneFromJson(scene, plugin);

@@ -4,9 +4,12 @@
 #include <numbers>
 
 #include "host/runtime/plugin_instance.h"
+#include "host/spatiola/reach_check.h"
 #include "host/spatiola/spatiola_layout.h"
 #include "model/field_table.h"
+#include "model/panner_plugin.h"
 #include "platform/spatiola_identity.h"
+#include "plugin/state_chunk.h"
 
 namespace {
 
@@ -39,6 +42,14 @@ class SpatiolaExtension final : public PluginExtension {
       names.push_back(name.substr(0, name.size() - suffix.size()));
     }
     return names;
+  }
+
+  // Read from the plug-in's state block into a model of its own.
+  std::vector<std::string> setupWarnings(PluginInstance& instance) const override {
+    const std::vector<unsigned char> block = instance.chunk();
+    PannerPlugin model;
+    readStateChunk(model, block.data(), static_cast<std::int32_t>(block.size()));
+    return reachWarnings(model);
   }
 
   // Every input circles the room and rises and falls.

@@ -3,14 +3,52 @@
 #include "host/runtime/host_error.h"
 #include "host/runtime/plugin_instance.h"
 #include "model/counts.h"
+#include "model/host_link.h"
 #include "model/layouts.h"
+#include "platform/win32_types.h"
 #include "plugin/state_chunk.h"
 
 namespace {
 
+constexpr int kRingMinimum = 32;
+constexpr const char* kRingSuffix = " ring";
+
 bool isCount(const std::string& text) {
   return !text.empty() && text.size() <= 3 &&
          text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+short shiftHeld(int virtualKey) {
+  return virtualKey == VK_SHIFT ? static_cast<short>(0x8000) : 0;
+}
+
+// A user setup of `count` speakers on the sphere: the model places them so while Shift is held,
+// as the editor's count box does.
+void setRingSpeakerCount(PannerPlugin& model, int count) {
+  short (*const saved)(int) = asyncKeyState;
+  asyncKeyState = shiftHeld;
+  setSpeakerCount(model, count);
+  asyncKeyState = saved;
+}
+
+int userSpeakerCount(const std::string& layout, const std::string& count) {
+  const int n = std::stoi(count);
+  if (n < 1 || n > kMaxSpeakers) {
+    throw UsageError("--layout " + layout + ": a user setup has 1 to 64 speakers");
+  }
+  return n;
+}
+
+bool relayoutRing(PannerPlugin& model, const std::string& layout) {
+  if (!layout.ends_with(kRingSuffix)) return false;
+  const std::string count = layout.substr(0, layout.size() - std::string(kRingSuffix).size());
+  if (!isCount(count)) return false;
+  const int n = userSpeakerCount(layout, count);
+  if (n < kRingMinimum) {
+    throw UsageError("--layout '" + layout + "': a ring has 32 to 64 speakers");
+  }
+  setRingSpeakerCount(model, n);
+  return true;
 }
 
 std::string presetList() {
@@ -24,13 +62,10 @@ std::string presetList() {
 // The preset index of a name, or a user setup of a count; throws for anything else.
 void relayout(PannerPlugin& model, const std::string& layout) {
   if (isCount(layout)) {
-    const int count = std::stoi(layout);
-    if (count < 1 || count > kMaxSpeakers) {
-      throw HostError("--layout " + layout + ": a user setup has 1 to 64 speakers");
-    }
-    setSpeakerCount(model, count);
+    setSpeakerCount(model, userSpeakerCount(layout, layout));
     return;
   }
+  if (relayoutRing(model, layout)) return;
   if (layout == kLayoutPresetNames[kLayoutUserSetup]) {
     setSpeakerCount(model, model.speakerCount());
     return;
@@ -41,8 +76,8 @@ void relayout(PannerPlugin& model, const std::string& layout) {
       return;
     }
   }
-  throw HostError("--layout '" + layout + "' is neither a speaker count nor one of " +
-                  presetList());
+  throw UsageError("--layout '" + layout +
+                   "' is neither a speaker count (\"12\", \"40 ring\") nor one of " + presetList());
 }
 
 // Reads the plug-in's state block into a model, changes it there and loads it back, so that
@@ -67,7 +102,7 @@ void applySpatiolaLayout(PluginInstance& instance, const std::string& layout) {
 
 void setSpatiolaInputCount(PluginInstance& instance, int inputs) {
   if (inputs < 1 || inputs > kMaxInputs) {
-    throw HostError("Spatiola takes 1 to 64 inputs, not " + std::to_string(inputs));
+    throw UsageError("Spatiola takes 1 to 64 inputs, not " + std::to_string(inputs));
   }
   reshape(instance, [inputs](PannerPlugin& model) { setInputCount(model, inputs); });
 }

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "host/cli/audio_file.h"
+#include "host/cli/channel_layout.h"
 #include "host/cli/plugin_setup.h"
 #include "tests/host/runtime/test_support.h"
 
@@ -48,8 +49,8 @@ TEST(ChannelMap, SpeakerNamesGivePositionsOnlyWhenUniqueAndInMaskOrder) {
                               SF_CHANNEL_MAP_TOP_FRONT_LEFT, SF_CHANNEL_MAP_SIDE_RIGHT}));
   // Two speakers at one position give no map.
   EXPECT_TRUE(map({"left height", "front left height"}).empty());
-  // libsndfile would give an unlabelled 8-channel extensible file a guessed mask: 7.1, which lists
-  // sides before backs, is written as plain WAVE.
+  // libsndfile would give an unlabelled 8-channel extensible file a guessed mask: positions out of
+  // mask order are written as plain WAVE.
   const auto surround71 = map({"front left", "front right", "front center", "LFE", "side left",
                                "side right", "back left", "back right"});
   const OutputFormat plain = makeOutputFormat("o.wav", "", "", 8, 48000, surround71, false);

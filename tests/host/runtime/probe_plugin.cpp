@@ -1,9 +1,15 @@
 // A tiny VST 2.x plug-in that the host tests load: it scales every input by 2 x "gain" (unity at
 // the default 0.5) and reports what the host offered it through its state block, a text of
-// key=value lines. Variants built from this file: crash (faults in effSetChunk), refusing (its
-// entry point returns null), legacy (exports only "main"), float (no double precision), inline
-// (an inline view that paints a pattern telling what the host passed; "mode" >= 0.5 declines).
+// key=value lines, with the calls the host made in order. Like plug-ins of common frameworks it
+// ignores parameters and state before effOpen, and like some plug-ins it crashes on an empty
+// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down.
+// Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
+// null), legacy (exports only "main"), float (no double precision), inline (an inline view that
+// paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
+// state block),
+// needs-library (links a library the loader cannot find).
 #include <signal.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +20,10 @@
 #include "platform/host_functions.h"
 #include "platform/plask_api.h"
 #include "platform/vst2.h"
+
+#ifdef PROBE_NEEDS_LIBRARY
+extern "C" int probeDependencyVersion();
+#endif
 
 namespace {
 
@@ -31,10 +41,13 @@ struct Probe {
   DAUB_ClearFn clear = nullptr;
   DAUB_FillRectFn fillRect = nullptr;
   float gain = 0.5f, mode = 0.0f;
+  bool open = false;
   int trackChannels = 0, idleCalls = 0, processCalls = 0;
+  useconds_t sleepPerBlock = 0;
   std::string iniFile;
   double sliderAtTop = 0.0;
   std::string chunk;
+  std::string calls;  // this instance's, comma-separated
 };
 
 #ifdef PROBE_CRASH_IN_SETCHUNK
@@ -44,6 +57,11 @@ constexpr bool kCrashInSetChunk = false;
 #endif
 int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
 char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
+std::string callLog;  // every instance's calls, for probe_call_log()
+
+void logCall(Probe& probe, const std::string& call) {
+  for (std::string* log : {&probe.calls, &callLog}) *log += (log->empty() ? "" : ",") + call;
+}
 
 Probe* probeOf(AEffect* effect) {
   return effect == nullptr ? nullptr : static_cast<Probe*>(effect->object);
@@ -65,11 +83,13 @@ std::string report(const Probe& probe) {
                 "idle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
                 probe.trackChannels, boundNames, dllMainCalls, probe.iniFile.c_str(),
                 probe.sliderAtTop, probe.idleCalls, probe.processCalls, probe.gain);
-  return text;
+  return text + ("calls=" + probe.calls + "\n");
 }
 
 void setChunk(Probe& probe, const char* data, VstIntPtr length) {
   if (kCrashInSetChunk) raise(SIGSEGV);
+  logCall(probe, probe.open ? "chunk" : "chunk ignored");
+  if (!probe.open) return;
   const std::string text(data, static_cast<std::size_t>(length));
   const auto at = text.find("gain=");
   if (at != std::string::npos) probe.gain = std::strtof(text.c_str() + at + 5, nullptr);
@@ -138,15 +158,36 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
   if (probe == nullptr) return 0;
   switch (opcode) {
     case effOpen:
+      logCall(*probe, "open");
+      probe->open = true;
       call(*probe, audioMasterNeedIdle);
       return 0;
     case effClose:
+      logCall(*probe, "close");
       delete probe;
+      return 0;
+    case effSetSampleRate:
+      logCall(*probe, "rate " + std::to_string(static_cast<int>(opt)));
+      return 0;
+    case effSetBlockSize:
+      logCall(*probe, "block " + std::to_string(value));
+      return 0;
+    case effSetProcessPrecision:
+      logCall(*probe, "precision " + std::to_string(value));
+      return 0;
+    case effMainsChanged:
+      logCall(*probe, "mains " + std::to_string(value));
+      return 0;
+    case effStartProcess:
+      logCall(*probe, "start");
+      return 0;
+    case effStopProcess:
+      logCall(*probe, "stop");
       return 0;
     case effGetParamName:
       return copyText(ptr, index == 0 ? "gain" : "mode, with comma");
-    case effGetParamDisplay:
-      std::snprintf(static_cast<char*>(ptr), 9, "%.3f", parameter(*probe, index));
+    case effGetParamDisplay:  // blank before effOpen, as frameworks without their instance
+      if (probe->open) std::snprintf(static_cast<char*>(ptr), 9, "%.3f", parameter(*probe, index));
       return 1;
     case effGetParamLabel:
       return copyText(ptr, index == 0 ? "x2" : "");
@@ -190,7 +231,10 @@ template <typename Sample>
 void scale(AEffect* effect, Sample** inputs, Sample** outputs, std::int32_t frames) {
   Probe* probe = probeOf(effect);
   if (probe == nullptr) return;
+  if (frames == 0) raise(SIGSEGV);  // as some plug-ins do on an empty block
   ++probe->processCalls;
+  logCall(*probe, "process " + std::to_string(frames));
+  if (probe->sleepPerBlock > 0) usleep(probe->sleepPerBlock);
   const Sample factor = static_cast<Sample>(2.0f * probe->gain);
   for (int c = 0; c < effect->numOutputs; ++c) {
     for (int f = 0; f < frames; ++f) {
@@ -200,12 +244,17 @@ void scale(AEffect* effect, Sample** inputs, Sample** outputs, std::int32_t fram
 }
 
 void setParameter(AEffect* effect, std::int32_t index, float value) {
-  if (Probe* probe = probeOf(effect)) parameter(*probe, index) = value;
+  Probe* probe = probeOf(effect);
+  if (probe == nullptr) return;
+  char text[48];
+  std::snprintf(text, sizeof text, "set %d %.3f%s", index, value, probe->open ? "" : " ignored");
+  logCall(*probe, text);
+  if (probe->open) parameter(*probe, index) = value;
 }
 
 float getParameter(AEffect* effect, std::int32_t index) {
   Probe* probe = probeOf(effect);
-  return probe == nullptr ? 0.0f : parameter(*probe, index);
+  return probe == nullptr || !probe->open ? 0.0f : parameter(*probe, index);
 }
 
 template <typename Fn>
@@ -226,6 +275,9 @@ AEffect* createProbe(audioMasterCallback host) {
       static_cast<int>(host(nullptr, kHostExtensionOpcode, kHostChannelCountIndex,
                             kHostChannelCountQueryValue, nullptr, 0));
   const int channels = probe->trackChannels > 0 ? probe->trackChannels : 2;
+  if (const char* sleep = std::getenv("PROBE_PROCESS_SLEEP_US")) {
+    probe->sleepPerBlock = static_cast<useconds_t>(std::strtoul(sleep, nullptr, 10));
+  }
   AEffect& e = probe->effect;
   e.magic = kEffectMagic;
   e.dispatcher = dispatcher;
@@ -235,13 +287,20 @@ AEffect* createProbe(audioMasterCallback host) {
   e.numParams = kParameterCount;
   e.numInputs = e.numOutputs = channels;
   e.flags = effFlagsCanReplacing | effFlagsProgramChunks;
+#ifdef PROBE_SYNTH
+  e.numInputs = 0;
+  e.flags = (e.flags | effFlagsIsSynth) & ~effFlagsProgramChunks;
+#endif
+#ifdef PROBE_NEEDS_LIBRARY
+  e.version = probeDependencyVersion();
+#endif
 #ifndef PROBE_FLOAT_ONLY
   e.flags |= effFlagsCanDoubleReplacing;
   e.processDoubleReplacing = scale<double>;
 #endif
   e.object = probe;
   e.uniqueID = kProbeId;
-  e.version = 3;
+  if (e.version == 0) e.version = 3;
   e.processReplacing = scale<float>;
 #ifdef PROBE_REFUSE
   delete probe;  // asked the host everything, then declines
@@ -254,6 +313,11 @@ AEffect* createProbe(audioMasterCallback host) {
 }  // namespace
 
 #define PROBE_EXPORT extern "C" __attribute__((visibility("default")))
+
+// The calls of every instance so far, for tests that load the probe in their own process.
+PROBE_EXPORT const char* probe_call_log() {
+  return callLog.c_str();
+}
 
 PROBE_EXPORT int PLASK_dllMain(HINSTANCE /*module*/, int reason, PlaskGetter getter) {
   if (reason != 1) return 1;

@@ -1,8 +1,10 @@
 // Loading plug-ins in-process: the window layer and module binding, the host callback's answers,
 // buffers that follow channel-count changes, idle calls, and the errors for files that are no
 // plug-in.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
 #include <tuple>
 
@@ -35,6 +37,16 @@ std::vector<Event> eventsOf(const PluginInstance& instance) {
   return events;
 }
 
+// Every call the probes in this process were given, in order, comma-separated.
+std::string probeCallLog(const std::string& path) {
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+  if (handle == nullptr) return {};
+  const auto log = reinterpret_cast<const char* (*)()>(dlsym(handle, "probe_call_log"));
+  const std::string text = log != nullptr ? log() : "";
+  dlclose(handle);
+  return text;
+}
+
 class ProbeHost : public ::testing::Test {
  protected:
   TempConfig config_;
@@ -53,7 +65,8 @@ TEST_F(ProbeHost, BindsWindowLayerAndModuleBeforeTheInstance) {
   EXPECT_EQ(reportOf(instance),
             "track_channels=3\nbound_names=335\ndll_main=1\nini_file=" + config_.dir() +
                 "/spatiola/spatiola.ini\nslider_top_db=12.000\n"
-                "idle_calls=0\nprocess_calls=0\ngain=0.500000\n");
+                "idle_calls=0\nprocess_calls=0\ngain=0.500000\n"
+                "calls=open,rate 48000,block 512,precision 1\n");
   EXPECT_EQ(std::pair(instance.inputCount(), instance.outputCount()), std::pair(3, 3));
   char text[16] = {};
   instance.dispatch("effVendorSpecific", effVendorSpecific, kCallWindowLayer, 0, text);
@@ -71,10 +84,33 @@ TEST_F(ProbeHost, ProcessesInDoublePrecisionAndIdlesAfterEachBlock) {
   for (int f = 0; f < 64; ++f) instance.inputBuffer(1)[f] = 0.1 * f;
   instance.process(64);
   instance.process(10);
+  instance.process(0);  // never reaches the probe, which crashes on an empty block
   EXPECT_EQ(std::pair(instance.outputBuffer(1)[9], instance.outputBuffer(0)[9]),
             std::pair(0.45, 0.0));
-  // The empty block of start, then two; an idle call after every block.
-  EXPECT_TRUE(contains(reportOf(instance), "idle_calls=3\nprocess_calls=3\n"));
+  // An idle call after every block.
+  EXPECT_TRUE(contains(reportOf(instance), "idle_calls=2\nprocess_calls=2\n"));
+}
+
+// The probe, like plug-ins of common frameworks, ignores parameters and state before effOpen.
+TEST_F(ProbeHost, CallsComeInTheOrderEstablishedHostsUse) {
+  HostConfig config;
+  config.sampleRate = 44100.0;
+  config.blockSize = 32;
+  {
+    PluginInstance instance(module_, config);
+    instance.setParameter(0, 0.25f);
+    instance.setChunk({'g', 'a', 'i', 'n', '=', '1'});
+    instance.start();
+    instance.process(32);
+    instance.stop();
+    instance.start();
+    EXPECT_EQ(instance.parameter(0), 1.0f);
+  }  // closed while running
+  const std::string log = probeCallLog(kProbeDir + "/probe.so");
+  EXPECT_TRUE(
+      log.ends_with("open,rate 44100,block 32,precision 1,set 0 0.250,chunk,mains 1,"
+                    "start,process 32,stop,mains 0,mains 1,start,stop,mains 0,close"))
+      << log;
 }
 
 TEST_F(ProbeHost, ChannelCountChangesResizeTheBuffers) {
@@ -144,13 +180,32 @@ TEST_F(ProbeHost, LegacyEntryAndSinglePrecisionVariantsLoad) {
   EXPECT_DOUBLE_EQ(instance.outputBuffer(0)[0], 0.25);
 }
 
-// Loading errors name the file and what is wrong; text files, refusing plug-ins and crashes inside
-// a call are covered end to end.
+// Loading errors name the file and what is wrong; refusing plug-ins and crashes inside a call are
+// covered end to end.
 TEST(PluginErrors, NameTheFileAndWhatIsWrong) {
-  for (const auto& [path, message] :
-       {std::pair{"/nonexistent/missing.so", "cannot read the plug-in /nonexistent/missing.so"},
-        {"/usr/lib/x86_64-linux-gnu/libsndfile.so.1", "exports neither VSTPluginMain nor main"}}) {
-    const std::string error = errorOf([&] { PluginInstance(PluginModule(path), HostConfig{}); });
-    EXPECT_TRUE(contains(error, message)) << error;
+  const TempConfig config;
+  const std::string text = config.dir() + "/text.so", elf32 = config.dir() + "/elf32.so";
+  std::ofstream(text) << "hello";
+  // An ELF header of a 32-bit x86 shared library: class 1, little-endian, type 3, machine 3.
+  std::ofstream(elf32, std::ios::binary) << std::string(
+                                                "\x7f"
+                                                "ELF\x01\x01\x01",
+                                                7)
+                                         << std::string(9, '\0') << std::string("\x03\0\x03\0", 4);
+  const std::pair<std::string, std::string> cases[] = {
+      {"/nonexistent/missing.so",
+       "cannot read the plug-in /nonexistent/missing.so: no such file or folder"},
+      {"/usr/lib/x86_64-linux-gnu/libsndfile.so.1",
+       "/usr/lib/x86_64-linux-gnu/libsndfile.so.1 is not a VST 2.x plug-in: it exports neither "
+       "VSTPluginMain nor main"},
+      {text, text + " is not a plug-in: it is no shared library (ELF) file"},
+      {elf32, elf32 + " is a 32-bit plug-in, and this host runs only 64-bit ones; there is no "
+                      "32-bit spatiola host to run it"},
+      {kProbeDir + "/probe_needs_library.so",
+       "the plug-in " + kProbeDir +
+           "/probe_needs_library.so needs the library libprobe_dependency.so, which is not "
+           "installed (or not where the loader looks)"}};
+  for (const auto& [path, message] : cases) {
+    EXPECT_EQ(errorOf([&] { PluginInstance(PluginModule(path), HostConfig{}); }), message);
   }
 }

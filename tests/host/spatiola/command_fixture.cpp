@@ -25,6 +25,10 @@ void redirect(const std::string& path, int fd, int flags) {
 }  // namespace
 
 CommandResult runCommand(const std::vector<std::string>& argv, const std::string& stdinPath) {
+  return finishCommand(startCommand(argv, stdinPath));
+}
+
+RunningCommand startCommand(const std::vector<std::string>& argv, const std::string& stdinPath) {
   char outPattern[] = "/tmp/spatiola-out-XXXXXX";
   char errPattern[] = "/tmp/spatiola-err-XXXXXX";
   close(mkstemp(outPattern));
@@ -41,14 +45,18 @@ CommandResult runCommand(const std::vector<std::string>& argv, const std::string
     execv(args[0], args.data());
     _exit(127);
   }
+  return {child, outPattern, errPattern};
+}
+
+CommandResult finishCommand(const RunningCommand& command) {
   int status = 0;
-  waitpid(child, &status, 0);
+  waitpid(command.pid, &status, 0);
   CommandResult result;
   result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-  result.out = readFile(outPattern);
-  result.err = readFile(errPattern);
-  std::remove(outPattern);
-  std::remove(errPattern);
+  result.out = readFile(command.outPath);
+  result.err = readFile(command.errPath);
+  std::remove(command.outPath.c_str());
+  std::remove(command.errPath.c_str());
   return result;
 }
 

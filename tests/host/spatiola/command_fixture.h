@@ -20,6 +20,15 @@ struct CommandResult {
 // Runs a program the way a user would: argv[0] is its path, `stdinPath` (optional) is fed as
 // standard input, and what it printed is kept.
 CommandResult runCommand(const std::vector<std::string>& argv, const std::string& stdinPath = "");
+
+// The same in two steps, for tests that signal the program while it runs.
+struct RunningCommand {
+  int pid = -1;
+  std::string outPath, errPath;
+};
+RunningCommand startCommand(const std::vector<std::string>& argv,
+                            const std::string& stdinPath = "");
+CommandResult finishCommand(const RunningCommand& command);
 // The whole file as bytes; empty when it cannot be read.
 std::string readFile(const std::string& path);
 

@@ -48,22 +48,33 @@ TEST_F(EndToEnd, RenderKeepsLengthAndAppliesTheParameters) {
   }
   // The level table: 0.25 peak is -12.04 dBFS, a sine's RMS 3.01 dB below.
   EXPECT_TRUE(contains(run.out, "rendered 62401 samples (3 -> 3 channels, 48000 Hz)")) << run.out;
-  EXPECT_TRUE(contains(run.out, "1                               -12.04     -15.05")) << run.out;
+  EXPECT_TRUE(
+      contains(run.out, "1    1                                  -12.04     -15.05        0\n"))
+      << run.out;
   EXPECT_FALSE(std::filesystem::exists(path("out.wav.partial")));
 }
 
+// Values at time 0 are set before the plug-in starts, like --set; after each later change the
+// plug-in gets one block of the glide's length (10 ms, 480 samples), cut short by the next change.
 TEST_F(EndToEnd, AutomationTakesEffectAtItsExactSample) {
   writeLevels(path("ones.wav"), {0.5}, 1000);
-  std::ofstream(path("moves.csv")) << "time,parameter,value\n0.0125,0,1\n0.01,gain,0.25\n";
-  const CommandResult run =
-      spatiola({"render", "--plugin", kProbe, "--block", "256", "--automation", path("moves.csv"),
-                path("ones.wav"), path("out.w64")});
+  std::ofstream(path("moves.csv"))
+      << "time,parameter,value\n0.0125,0,1\n0.01,gain,0.25\n0,0,0.75\n";
+  const CommandResult run = spatiola({"render", "--plugin", kProbe, "--block", "256", "--set",
+                                      "1=0.5", "--automation", path("moves.csv"), "--save-state",
+                                      path("state.txt"), path("ones.wav"), path("out.w64")});
   ASSERT_EQ(run.exitCode, 0) << run.err;
   const AudioData out = readAudio(path("out.w64"));
   ASSERT_EQ(out.shape(), std::tuple(1, 1000, 48000, SF_FORMAT_W64 | SF_FORMAT_FLOAT));
   // 0.01 s at 48 kHz is sample 480; 0.0125 s is sample 600, inside the third block.
-  EXPECT_EQ((std::array{out.at(479, 0), out.at(480, 0), out.at(599, 0), out.at(600, 0)}),
-            (std::array{0.5, 0.25, 0.25, 1.0}));
+  EXPECT_EQ(
+      (std::array{out.at(0, 0), out.at(479, 0), out.at(480, 0), out.at(599, 0), out.at(600, 0)}),
+      (std::array{0.75, 0.75, 0.25, 0.25, 1.0}));
+  EXPECT_TRUE(contains(readFile(path("state.txt")),
+                       "calls=open,rate 48000,block 480,precision 1,set 1 0.500,set 0 0.750,"
+                       "mains 1,start,process 256,process 224,set 0 0.250,process 120,"
+                       "set 0 1.000,process 400,stop,mains 0\n"))
+      << readFile(path("state.txt"));
 }
 
 // A 24-bit file made by sox, through a state block loaded and saved as bytes.
@@ -81,9 +92,13 @@ TEST_F(EndToEnd, RendersAFileMadeBySoxWithStateBlocks) {
   const AudioData out = readAudio(path("out.aiff"));
   ASSERT_EQ(out.shape(), std::tuple(2, 22050, 44100, SF_FORMAT_AIFF | SF_FORMAT_PCM_16));
   for (int c : {0, 1}) EXPECT_NEAR(out.peakDb(c), -6.0 + 20.0 * std::log10(0.25), 0.05) << c;
-  // The loaded gain and the file's channel count, offered to the plug-in.
+  // The loaded gain and the file's channel count, offered to the plug-in; the probe would write
+  // another block than the one it was given.
   EXPECT_TRUE(contains(readFile(path("saved.bin")), "track_channels=2\n"));
   EXPECT_TRUE(contains(readFile(path("saved.bin")), "gain=0.125000\n"));
+  EXPECT_TRUE(
+      contains(run.err, "note: " + path("state.bin") + " is not a block as the plug-in writes it"))
+      << run.err;
 }
 
 TEST_F(EndToEnd, RendersThroughAThirdPartyPlugin) {
@@ -146,7 +161,7 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
   };
   const std::vector<Case> cases = {
       {{"render", "--plugin", path("text.so"), in, out},
-       "spatiola: " + path("text.so") + " is not a plug-in: "},
+       "spatiola: " + path("text.so") + " is not a plug-in: it is no shared library (ELF) file\n"},
       {{"render", "--plugin", refusing, in, out},
        "spatiola: the plug-in " + refusing +
            " refused to create an instance (its entry point returned null)\n"},
@@ -155,16 +170,14 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
       {{"render", "--plugin", kProbe, "--set", "7=1", in, out},
        "spatiola: parameter index 7 is out of range: the plug-in has 2 parameters\n"},
       {{"render", "--plugin", kProbe, "--automation", path("bad.csv"), in, out},
-       "spatiola: automation line 2: the plug-in has no parameter named 'volume'"},
+       "spatiola: " + path("bad.csv") + ":2: the plug-in has no parameter named 'volume'"},
       {{"render", "--plugin", kProbe, path("text.so"), out},
-       "spatiola: cannot read the audio file " + path("text.so") + ": "},
+       "spatiola: cannot read the audio file " + path("text.so") +
+           ": not an audio file in a format libsndfile reads\n"},
+      {{"render", "--plugin", kProbe, path("none.wav"), out},
+       "spatiola: cannot read the audio file " + path("none.wav") + ": no such file or folder\n"},
       {{"render", "--plugin", kProbe, "--layout", "5.1 surround", in, out},
        "spatiola: --layout applies to Spatiola only; " + kProbe + " is another plug-in\n"},
-      {{"render", "--layout", "6.1", in, out},
-       "spatiola: --layout '6.1' is neither a speaker count nor one of \"stereo\", "
-       "\"quadraphonic\""},
-      {{"render", "--plugin", kProbe, in, path("o.xyz")},
-       "spatiola: cannot tell the output format from '" + path("o.xyz") + "'"},
   };
   for (const Case& c : cases) {
     const CommandResult run = spatiola(c.args);
@@ -172,6 +185,39 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
     EXPECT_EQ(run.err.rfind(c.message, 0), 0u) << run.err;
   }
   EXPECT_FALSE(std::filesystem::exists(out));
+}
+
+// A wrong command line exits with 2 before anything is loaded or written.
+TEST_F(EndToEnd, WrongCommandLinesExitWithTwo) {
+  writeLevels(path("ones.wav"), {0.5}, 100);
+  const std::string in = path("ones.wav"), out = path("o.wav");
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"bench", "--rate", "-48000"}, "--rate must be a sample rate from 1 to 768000 Hz"},
+      {{"bench", "--rate", "0"}, "--rate must be a sample rate from 1 to 768000 Hz"},
+      {{"bench", "--outputs", "4", "--layout", "stereo"},
+       "--outputs and --layout both choose the speakers; give one of them"},
+      {{"demo", "--dir", path("d"), "--seconds", "0"}, "--seconds must be between 1 and 600"},
+      {{"demo", "--dir", path("d"), "--seconds", "100000"}, "--seconds must be between 1 and 600"},
+      {{"--ui-scale", "7", "info"},
+       "--ui-scale 7 is not a display scale: use 64 to 1024, where 256 is 100 %"},
+      {{"snapshot", path("x.jpg")},
+       "the picture " + path("x.jpg") + " must have a .png name: snapshot writes PNG only"},
+      {{"render", "--glide", "-1", in, out}, "--glide must be between 0 and 250 milliseconds"},
+      {{"render", "--channel-order", "smpte", in, out},
+       "--channel-order 'smpte' is neither wave nor plugin"},
+      {{"render", "--layout", "6.1", in, out},
+       "--layout '6.1' is neither a speaker count (\"12\", \"40 ring\") nor one of \"stereo\","},
+      {{"render", "--layout", "20 ring", in, out},
+       "--layout '20 ring': a ring has 32 to 64 speakers"},
+      {{"render", "--plugin", kProbe, in, path("o.xyz")},
+       "cannot tell the output format from '" + path("o.xyz") + "'"},
+  };
+  for (const auto& [args, message] : cases) {
+    const CommandResult run = spatiola(args);
+    EXPECT_EQ(run.exitCode, 2) << message;
+    EXPECT_EQ(run.err.rfind("spatiola: " + message, 0), 0u) << run.err;
+  }
+  EXPECT_FALSE(std::filesystem::exists(out) || std::filesystem::exists(path("d")));
 }
 
 TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {

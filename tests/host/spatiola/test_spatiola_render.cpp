@@ -60,7 +60,7 @@ TEST_F(SpatiolaRender, LevelsFollowTheGainLawAndTheFileNamesItsSpeakers) {
   }
   EXPECT_GT(*std::max_element(gains.begin(), gains.end()), 0.2);  // somewhere audible
   EXPECT_GT(gains[6 + 3], 0.0);  // input 2's LFE send reaches the LFE speaker
-  EXPECT_TRUE(contains(run.out, "4    LFE")) << run.out;
+  EXPECT_TRUE(contains(run.out, "4    4       LFE")) << run.out;
 }
 
 TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {

@@ -1,0 +1,105 @@
+// The parts of a render that need no plug-in: when it calls the plug-in, the file's channel order,
+// and what the level meter counts.
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <cmath>
+#include <limits>
+#include <tuple>
+
+#include "host/cli/channel_layout.h"
+#include "host/cli/levels.h"
+#include "host/cli/render_schedule.h"
+
+namespace {
+
+// Each segment as (start, frames, changes applied before it).
+using Step = std::tuple<std::int64_t, int, int>;
+std::vector<Step> stepsOf(RenderSchedule schedule) {
+  std::vector<Step> steps;
+  Segment segment;
+  while (schedule.next(segment)) {
+    steps.emplace_back(segment.start, segment.frames,
+                       static_cast<int>(segment.endChange - segment.firstChange));
+  }
+  return steps;
+}
+
+}  // namespace
+
+TEST(RenderSchedule, AfterAChangeOneBlockOfTheGlideElseTheBlockSize) {
+  const std::vector<ParameterChange> changes = {{100, 0, 1.0f}, {100, 1, 0.0f}, {130, 0, 0.5f}};
+  const struct {
+    int block, glide;
+    std::int64_t total;
+    std::vector<Step> expected;
+  } cases[] = {
+      // A glide of its own: 48 frames after the change, cut short by the next change.
+      {64,
+       48,
+       250,
+       {{0, 64, 0}, {64, 36, 0}, {100, 30, 2}, {130, 48, 1}, {178, 64, 0}, {242, 8, 0}}},
+      // Longer than a block, and the same with another block size.
+      {16,
+       48,
+       200,
+       {{0, 16, 0},
+        {16, 16, 0},
+        {32, 16, 0},
+        {48, 16, 0},
+        {64, 16, 0},
+        {80, 16, 0},
+        {96, 4, 0},
+        {100, 30, 2},
+        {130, 48, 1},
+        {178, 16, 0},
+        {194, 6, 0}}},
+      // Glide 0: the grid of the block size; a change glides over the rest of its block.
+      {64, 0, 200, {{0, 64, 0}, {64, 36, 0}, {100, 28, 2}, {128, 2, 0}, {130, 62, 1}, {192, 8, 0}}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(stepsOf(RenderSchedule(changes, c.block, c.glide, c.total)), c.expected)
+        << c.block << "/" << c.glide;
+  }
+  EXPECT_EQ(RenderSchedule({}, 16, 48, 1).largestBlock(), 48);
+}
+
+TEST(RenderSchedule, InterpolationDrawsStraightLinesPerParameter) {
+  const std::vector<ParameterChange> lines =
+      interpolateChanges({{0, 3, 0.0f}, {50, 4, 1.0f}, {100, 3, 1.0f}}, 40);
+  std::vector<std::tuple<std::int64_t, int, float>> points;
+  for (const ParameterChange& c : lines) points.emplace_back(c.sample, c.parameter, c.value);
+  EXPECT_EQ(points,
+            (std::vector<std::tuple<std::int64_t, int, float>>{
+                {0, 3, 0.0f}, {40, 3, 0.4f}, {50, 4, 1.0f}, {80, 3, 0.8f}, {100, 3, 1.0f}}));
+}
+
+TEST(ChannelLayout, StandardLayoutsGoInWaveOrderWithTheirPositions) {
+  const std::vector<std::string> surround71 = {"front left", "front right", "front center",
+                                               "LFE",        "side left",   "side right",
+                                               "back left",  "back right"};
+  const FileChannels wave = fileChannelsFor(surround71, 8, ChannelOrder::Wave);
+  EXPECT_EQ(wave.pluginOutput, (std::vector<int>{0, 1, 2, 3, 6, 7, 4, 5}));
+  EXPECT_EQ(
+      wave.positions,
+      (std::vector<int>{SF_CHANNEL_MAP_LEFT, SF_CHANNEL_MAP_RIGHT, SF_CHANNEL_MAP_CENTER,
+                        SF_CHANNEL_MAP_LFE, SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT,
+                        SF_CHANNEL_MAP_SIDE_LEFT, SF_CHANNEL_MAP_SIDE_RIGHT}));
+  EXPECT_TRUE(isWaveOrder(wave.positions));
+  // The plug-in's order on request, and for names that are no standard position.
+  const FileChannels asIs = fileChannelsFor(surround71, 8, ChannelOrder::Plugin);
+  const FileChannels user = fileChannelsFor({"speaker A", "speaker B"}, 2, ChannelOrder::Wave);
+  EXPECT_EQ(
+      std::tuple(asIs.pluginOutput, asIs.positions.empty(), user.pluginOutput,
+                 user.positions.empty()),
+      std::tuple(std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}, true, std::vector<int>{0, 1}, true));
+}
+
+TEST(LevelMeter, CountsSamplesAboveFullScaleAndThoseThatAreNoNumber) {
+  LevelMeter meter(2);
+  const double frames[] = {1.0, -1.5, 0.5, std::numeric_limits<double>::quiet_NaN(), -2.0, 0.25};
+  meter.add(frames, 3);
+  EXPECT_EQ(std::tuple(meter.overs(0), meter.overs(1), meter.totalOvers(), meter.nonFinite()),
+            std::tuple(1, 1, 2, 1));
+  EXPECT_NEAR(meter.peakDb(0), 20.0 * std::log10(2.0), 1e-12);
+}

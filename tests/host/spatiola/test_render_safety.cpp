@@ -1,0 +1,159 @@
+// Renders that lose nothing and surprise no one: outputs refused before anything is read,
+// interruptions that leave no file behind, the same bytes for the same render in every format,
+// overs counted and told, and notes for what a render cannot do.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sndfile.h>
+
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "tests/host/runtime/test_support.h"
+#include "tests/host/spatiola/command_fixture.h"
+
+namespace {
+
+const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
+const std::string kSynth = std::string(PROBE_DIR) + "/probe_synth.so";
+
+using RenderSafety = CommandTest;
+
+}  // namespace
+
+TEST_F(RenderSafety, RefusesOutputsThatWouldLoseAFileBeforeReadingAnything) {
+  writeLevels(path("in.wav"), {0.5, 0.25}, 100);
+  const std::string in = path("in.wav"), kept = readFile(in);
+  std::filesystem::create_symlink(in, path("link.wav"));
+  std::filesystem::create_directory(path("folder"));
+  std::ofstream(path("empty.bin")).close();
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{in, in},
+       "the output " + in + " is the file " + in + " that the command reads; choose another name"},
+      {{in, path("link.wav")},
+       "the output " + path("link.wav") + " is the file " + in +
+           " that the command reads; choose another name"},
+      {{in, path("folder")}, "the output " + path("folder") + " is a folder; give a file name"},
+      {{in, path("none/out.wav")},
+       "cannot write the output " + path("none/out.wav") + ": the folder " + path("none") +
+           " does not exist"},
+      {{"--save-state", in, in, path("out.wav")},
+       "--save-state " + in + " is the file " + in +
+           " that the command reads; choose another name"},
+      {{"--state", path("empty.bin"), in, path("out.wav")},
+       "the state file " + path("empty.bin") + " is empty"},
+      {{"--plugin", kSynth, "--save-state", path("s.bin"), in, path("out.wav")},
+       "--save-state: the plug-in " + kSynth + " keeps no state block; nothing rendered"},
+  };
+  for (const auto& [args, message] : cases) {
+    std::vector<std::string> command = {"render"};
+    if (args[0] != "--plugin") command.insert(command.end(), {"--plugin", kProbe});
+    command.insert(command.end(), args.begin(), args.end());
+    const CommandResult run = spatiola(command);
+    EXPECT_EQ(run.exitCode, 1) << message;
+    EXPECT_EQ(run.err, "spatiola: " + message + "\n");
+  }
+  EXPECT_EQ(readFile(in), kept);
+  EXPECT_FALSE(std::filesystem::exists(path("out.wav")) || std::filesystem::exists(path("s.bin")));
+}
+
+TEST_F(RenderSafety, InterruptedRendersRemoveTheirFileAndSaySo) {
+  writeLevels(path("long.wav"), {0.5}, 48000 * 20);
+  setenv("PROBE_PROCESS_SLEEP_US", "2000", 1);  // 20 s of audio take about 4 s
+  const std::pair<int, const char*> signals[] = {
+      {SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
+  for (const auto& [signalNumber, name] : signals) {
+    const RunningCommand running = startCommand(
+        {SPATIOLA_EXE, "render", "--plugin", kProbe, path("long.wav"), path("out.wav")});
+    for (int wait = 0; wait < 500 && !std::filesystem::exists(path("out.wav.partial")); ++wait) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    kill(running.pid, signalNumber);
+    const CommandResult run = finishCommand(running);
+    EXPECT_EQ(run.exitCode, 128 + signalNumber) << name;
+    EXPECT_TRUE(run.err.ends_with("spatiola: interrupted by " + std::string(name) +
+                                  " while writing " + path("out.wav") +
+                                  "; the unfinished file was removed\n"))
+        << run.err;
+    EXPECT_FALSE(std::filesystem::exists(path("out.wav.partial")) ||
+                 std::filesystem::exists(path("out.wav")));
+  }
+  unsetenv("PROBE_PROCESS_SLEEP_US");
+}
+
+// libsndfile stamps the time into PEAK chunks and draws Ogg serial numbers from the clock: the
+// second round of renders runs in another second.
+TEST_F(RenderSafety, TheSameRenderGivesTheSameBytesInEveryFormat) {
+  std::vector<double> samples;
+  for (int f = 0; f < 4800; ++f) samples.push_back(0.5 * std::sin(f * 0.05));
+  writeAudio(path("in.wav"), 1, samples);
+  const char* const formats[] = {"wav", "w64", "rf64", "aiff", "flac", "caf", "ogg"};
+  std::string first[std::size(formats)];
+  for (int round = 0; round < 2; ++round) {
+    const std::time_t started = std::time(nullptr);
+    for (std::size_t k = 0; k < std::size(formats); ++k) {
+      const std::string out = path(std::string("out.") + formats[k]);
+      ASSERT_EQ(spatiola({"render", "--plugin", kProbe, path("in.wav"), out}).exitCode, 0);
+      if (round == 0) {
+        first[k] = readFile(out);
+      } else {
+        EXPECT_EQ(readFile(out), first[k]) << formats[k];
+      }
+    }
+    while (std::time(nullptr) == started)
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_EQ(readAudio(path("out.ogg")).frames, 4800);
+}
+
+// The probe doubles its input at "gain" 1: 0.75 becomes 1.5 in every sample.
+TEST_F(RenderSafety, OversAreCountedInTheTableAndWarnedOf) {
+  writeLevels(path("in.wav"), {0.75, 0.25}, 1000);
+  const struct {
+    const char *sampleFormat, *tableLine, *warning;
+    double peak;
+  } cases[] = {
+      {"pcm16", "overs: 1000 samples above 0 dBFS in channel 1, clipped in the file\n",
+       "warning: 1000 samples clipped in ", 1.0},
+      {"float", "overs: 1000 samples above 0 dBFS in channel 1, kept by the floating-point file\n",
+       " are above 0 dBFS; the floating-point file keeps them", 1.5},
+  };
+  for (const auto& c : cases) {
+    const CommandResult run =
+        spatiola({"render", "--plugin", kProbe, "--set", "gain=1", "--sample-format",
+                  c.sampleFormat, path("in.wav"), path("out.wav")});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(contains(run.out, "3.52       3.52     1000\n2    2")) << run.out;
+    EXPECT_TRUE(run.out.ends_with(c.tableLine)) << run.out;
+    EXPECT_TRUE(contains(run.err, c.warning)) << run.err;
+    EXPECT_NEAR(std::fabs(readAudio(path("out.wav")).at(0, 0)), c.peak, 1e-4);
+  }
+}
+
+TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
+  writeLevels(path("in.wav"), {0.5, 0.25}, 100);
+  std::ofstream(path("late.csv")) << "1,gain,0.5\n";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"--plugin", kSynth},
+       "note: the plug-in is an instrument (0 inputs); this host sends it no MIDI, so it plays no "
+       "notes\n"},
+      {{"--plugin", kProbe, "--automation", path("late.csv")},
+       "note: automation after the end of the input (100 samples) is not applied\n"},
+  };
+  for (const auto& [args, note] : cases) {
+    std::vector<std::string> command = {"render"};
+    command.insert(command.end(), args.begin(), args.end());
+    command.insert(command.end(), {path("in.wav"), path("out.wav")});
+    const CommandResult run = spatiola(command);
+    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note));
+  }
+}
+
+TEST_F(RenderSafety, BenchNeverHandsThePluginAnEmptyBlock) {
+  const CommandResult run = spatiola({"bench", "--plugin", kProbe, "--random-blocks", "--block",
+                                      "4", "--seconds", "0.01", "--repeat", "1"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+}
