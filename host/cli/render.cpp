@@ -13,8 +13,8 @@
 
 namespace {
 
-// The file's frames through the plug-in segment by segment: read ahead and written behind in large
-// chunks on helper threads, the levels measured as the output is interleaved.
+// The file's frames through the plug-in segment by segment, read and written in large chunks,
+// the levels measured as the output is interleaved.
 class Renderer {
  public:
   Renderer(PluginInstance& instance, AudioReader& reader, AudioWriter& writer,
