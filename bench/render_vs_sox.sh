@@ -4,6 +4,7 @@
 # and their ratio (goal: at most 1.5). The render syncs its file to the disk before naming it, sox
 # does not; the ratio to sox followed by a sync of its output is printed as well.
 #   bench/render_vs_sox.sh [runs]        (default 7; SPATIOLA=path/to/spatiola, TMPDIR honoured)
+# BEFORE=path/to/another/spatiola times that build too, in the same rounds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 runs="${1:-7}"
@@ -31,13 +32,17 @@ median() { sort -g | awk '{v[NR]=$1} END {print (NR % 2) ? v[(NR+1)/2] : (v[NR/2
 render=()
 convert=()
 synced=()
+before=()
 # One warm-up of each fills the page cache with the input; then the two alternate, each run
 # overwriting its previous output as a user's repeated render would.
 for k in $(seq 0 "$runs"); do
   r=$(seconds "$spatiola" render "$work/in.wav" "$work/render.wav" --layout 64)
   s=$(seconds sox "$work/in.wav" -e float -b 32 "$work/sox.wav")
   y=$(seconds sh -c "sox '$work/in.wav' -e float -b 32 '$work/sox.wav' && sync '$work/sox.wav'")
+  b=0
+  if [ -n "${BEFORE:-}" ]; then b=$(seconds "$BEFORE" render "$work/in.wav" "$work/before.wav" --layout 64); fi
   if [ "$k" -gt 0 ]; then
+    before+=("$b")
     render+=("$r")
     convert+=("$s")
     synced+=("$y")
@@ -50,3 +55,7 @@ y=$(printf '%s\n' "${synced[@]}" | median)
 printf 'median of %d: render %.2f s, sox %.2f s, sox and sync %.2f s\n' "$runs" "$r" "$s" "$y"
 awk -v r="$r" -v s="$s" 'BEGIN {printf "render / sox: %.2f (goal <= 1.5)\n", r / s}'
 awk -v r="$r" -v y="$y" 'BEGIN {printf "render / (sox and sync): %.2f\n", r / y}'
+if [ -n "${BEFORE:-}" ]; then
+  b=$(printf '%s\n' "${before[@]}" | median)
+  awk -v r="$r" -v b="$b" 'BEGIN {printf "render / render of %s: %.2f (%.2f s)\n", ENVIRON["BEFORE"], r / b, b}'
+fi
