@@ -96,7 +96,9 @@ void configurePlugin(PluginInstance& instance, const PluginOptions& options, std
   const PluginExtension* extension = extensionFor(options, instance);
   if (!options.statePath.empty()) {
     loadStateBlock(instance, options.statePath, notes);
-  } else if (extension != nullptr && instance.inputCount() != instance.config().trackChannels) {
+  } else if (extension != nullptr) {
+    // Also when the count is right: the loaded setup settles the counts the plug-in announces,
+    // which it would otherwise change in the first block.
     extension->setInputCount(instance, instance.config().trackChannels);
   }
   if (!options.layout.empty()) {

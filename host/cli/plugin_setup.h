@@ -40,8 +40,9 @@ const PluginExtension* extensionFor(const PluginOptions& options, PluginInstance
 
 // Applies --state, --layout and --set in that order, then gives the plug-in an idle call.
 // Without --state, a plug-in with an extension gets one input per track channel also beyond the
-// 63 the host's channel-count query can announce. A state block the plug-in would not write back
-// byte for byte is loaded with a note to `notes`; an empty one is an error.
+// 63 the host's channel-count query can announce, and announces its settled channel counts. A state
+// block the plug-in would not write back byte for byte is loaded with a note to `notes`; an empty
+// one is an error.
 void configurePlugin(PluginInstance& instance, const PluginOptions& options, std::ostream& notes);
 
 // The bytes of a state file; throws HostError when it cannot be read or is empty.

@@ -175,13 +175,15 @@ void noteLevels(const RenderResult& result, const std::string& outputPath, std::
     notes << "warning: " << counted(overs, "sample") << " clipped in " << outputPath
           << ": its integer format holds nothing above 0 dBFS; lower the level to keep them\n";
   } else if (overs > 0) {
+    const char* const them = overs == 1 ? "it" : "them";
     notes << "warning: " << counted(overs, "sample") << " in " << outputPath
-          << " are above 0 dBFS; the floating-point file keeps them, an integer format would "
-             "clip them\n";
+          << (overs == 1 ? " is" : " are") << " above 0 dBFS; the floating-point file keeps "
+          << them << ", an integer format would clip " << them << "\n";
   }
   if (result.levels.nonFinite() > 0) {
-    notes << "warning: the plug-in's output holds " << counted(result.levels.nonFinite(), "sample")
-          << " that are no number (NaN or infinity)\n";
+    const std::int64_t count = result.levels.nonFinite();
+    notes << "warning: the plug-in's output holds " << counted(count, "sample")
+          << (count == 1 ? " that is" : " that are") << " no number (NaN or infinity)\n";
   }
 }
 

@@ -81,14 +81,19 @@ std::string absoluteRemedies(PannerPlugin& model, int input, const Nearest& near
   const Speaker& speaker = model.model.speakers[nearest.speaker];
   const double reach = speaker.influence * kDeadZoneDivisor + kDeadZone;
   const double neededInfluence = (nearest.distance - kDeadZone) / kDeadZoneDivisor;
+  std::vector<std::string> remedies;
+  if (reachesInOtherMode(model, input)) remedies.emplace_back("in Relative influence mode");
+  remedies.push_back("moved within " + format("%.2f", reach) + " of \"" + speaker.name + "\"");
+  if (neededInfluence < kMaxInfluence) {
+    remedies.push_back("with --set \"" + std::string(speaker.name) + " influence=" +
+                       format("%.3f", std::min(1.0, (neededInfluence + 0.01) / kMaxInfluence)) +
+                       "\"");
+  }
   std::string text = "; the nearest speaker, \"" + std::string(speaker.name) + "\", is " +
                      format("%.2f", nearest.distance) + " away and reaches " +
-                     format("%.2f", reach) + ". It would reach ";
-  text += reachesInOtherMode(model, input) ? "one in Relative influence mode, or " : "";
-  text += "moved within " + format("%.2f", reach) + " of \"" + speaker.name + "\"";
-  if (neededInfluence < kMaxInfluence) {
-    text += ", or with --set \"" + std::string(speaker.name) + " influence=" +
-            format("%.3f", std::min(1.0, (neededInfluence + 0.01) / kMaxInfluence)) + "\"";
+                     format("%.2f", reach) + ". It would reach one ";
+  for (std::size_t k = 0; k < remedies.size(); ++k) {
+    text += (k == 0 ? "" : k + 1 == remedies.size() ? ", or " : ", ") + remedies[k];
   }
   return text;
 }

@@ -1,5 +1,5 @@
 // The parts of a render that need no plug-in: when it calls the plug-in, the file's channel order,
-// and what the level meter counts.
+// what the level meter counts, and the space it needs.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -9,7 +9,9 @@
 
 #include "host/cli/channel_layout.h"
 #include "host/cli/levels.h"
+#include "host/cli/output_checks.h"
 #include "host/cli/render_schedule.h"
+#include "host/runtime/host_error.h"
 
 namespace {
 
@@ -102,4 +104,21 @@ TEST(LevelMeter, CountsSamplesAboveFullScaleAndThoseThatAreNoNumber) {
   EXPECT_EQ(std::tuple(meter.overs(0), meter.overs(1), meter.totalOvers(), meter.nonFinite()),
             std::tuple(1, 1, 2, 1));
   EXPECT_NEAR(meter.peakDb(0), 20.0 * std::log10(2.0), 1e-12);
+}
+
+TEST(FreeSpace, ARenderLargerThanItsDiskIsRefusedWithBothSizes) {
+  const std::string out = testing::TempDir() + "out.wav";
+  EXPECT_NO_THROW(checkFreeSpace(out, 1000));
+  std::string message;
+  try {
+    checkFreeSpace(out, std::int64_t{54} << 50);
+  } catch (const HostError& error) {
+    message = error.what();
+  }
+  EXPECT_TRUE(message.starts_with("not enough space for " + out +
+                                  ": it needs about 60798.6 TB, and its disk has "))
+      << message;
+  const std::pair<std::int64_t, const char*> sizes[] = {
+      {999, "999 bytes"}, {1000, "1.0 kB"}, {1240000, "1.2 MB"}, {54'000'000'000, "54.0 GB"}};
+  for (const auto& [bytes, text] : sizes) EXPECT_EQ(formatBytes(bytes), text);
 }

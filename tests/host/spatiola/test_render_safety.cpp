@@ -133,6 +133,21 @@ TEST_F(RenderSafety, OversAreCountedInTheTableAndWarnedOf) {
   }
 }
 
+TEST_F(RenderSafety, OneOfAnythingIsSaidInTheSingular) {
+  writeLevels(path("in.wav"), {0.75}, 1);
+  const CommandResult run =
+      spatiola({"render", "--plugin", kProbe, "--set", "gain=1", path("in.wav"), path("out.wav")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_TRUE(run.out.starts_with("rendered 1 sample (1 -> 1 channel, 48000 Hz) to ")) << run.out;
+  EXPECT_TRUE(
+      run.out.ends_with("overs: 1 sample above 0 dBFS in channel 1, kept by the "
+                        "floating-point file\n"))
+      << run.out;
+  EXPECT_EQ(run.err, "warning: 1 sample in " + path("out.wav") +
+                         " is above 0 dBFS; the floating-point file keeps it, an integer format "
+                         "would clip it\n");
+}
+
 TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
   writeLevels(path("in.wav"), {0.5, 0.25}, 100);
   std::ofstream(path("late.csv")) << "1,gain,0.5\n";

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "host/spatiola/reach_check.h"
 #include "host/spatiola/scene_json.h"
 #include "model/counts.h"
 #include "model/layouts.h"
@@ -119,8 +120,58 @@ TEST(SceneJson, BadInputNamesThePlace) {
       {R"({"speakers": [{"name": ")" + longName + R"("}]})",
        "speakers[0].name: 64 bytes, at most 63"},
       {many + "]}", "inputs: 65 entries, at most 64"},
+      {R"({"inputs": []})", "speakers: missing: a scene lists its speakers ([] for none)"},
+      {R"({"layout": "5.1 surround", "speakers": [{}, {}]})",
+       "layout: \"5.1 surround\" has 6 speakers, and \"speakers\" lists 2"},
+      {R"({"layout": "none", "speakers": [{}]})",
+       "layout: \"none\" has 0 speakers, and \"speakers\" lists 1"},
+      {"{\"inputs\": [",
+       "scene.json: not valid JSON: line 1, column 13: syntax error while "
+       "parsing value - unexpected end of input; expected '[', '{', or a "
+       "literal"},
   };
   for (const auto& [json, message] : cases) EXPECT_EQ(importError(json), message) << json;
-  const std::string invalid = importError("{\"inputs\": [");
-  EXPECT_EQ(invalid.rfind("scene.json: not valid JSON: ", 0), 0u) << invalid;
+}
+
+// Spatiola's defaults leave inputs out of every speaker's reach in Absolute mode: four inputs with
+// the quadraphonic layout, an input at the centre with 5.1.
+TEST(ReachWarnings, NameTheInputsNoSpeakerReachesAndWhatWouldReachOne) {
+  const auto warningsOf = [](int inputs, int preset, auto change) {
+    PannerPlugin plugin;
+    setInputCount(plugin, inputs);
+    applyLayoutPreset(plugin, preset);
+    change(plugin);
+    return reachWarnings(plugin);
+  };
+  const auto none = [](PannerPlugin&) {};
+  const std::vector<std::string> quad = warningsOf(4, kLayoutQuadraphonic, none);
+  ASSERT_EQ(quad.size(), 4u);
+  EXPECT_EQ(quad[0],
+            "input 1 (\"channel 1\") at (-0.25, 0.25, 0) reaches no speaker in Absolute influence "
+            "mode; the nearest speaker, \"front left\", is 1.06 away and reaches 1.00. It would "
+            "reach one in Relative influence mode, moved within 1.00 of \"front left\", or with "
+            "--set \"front left influence=0.536\"");
+  const auto centre = [](PannerPlugin& p) { p.model.inputs[0].x = p.model.inputs[0].y = 0.0; };
+  EXPECT_EQ(warningsOf(1, kLayoutSurround51, centre).size(), 1u);
+  // What the gain law reaches needs no words: Relative mode, a muted input, the stereo default.
+  const auto relative = [](PannerPlugin& p) { p.model.optionFlags |= kOptionRelativeInfluence; };
+  const auto muted = [](PannerPlugin& p) { p.model.inputs[0].mute = 1; };
+  EXPECT_TRUE(warningsOf(4, kLayoutQuadraphonic, relative).empty());
+  EXPECT_TRUE(warningsOf(1, kLayoutSurround51, [&](PannerPlugin& p) {
+                centre(p);
+                muted(p);
+              }).empty());
+  EXPECT_TRUE(warningsOf(2, kLayoutStereo, none).empty());
+}
+
+TEST(ReachWarnings, SayThatUserSpeakersAfterTheSixteenthSitAtTheCentre) {
+  PannerPlugin plugin;
+  setInputCount(plugin, 2);
+  setSpeakerCount(plugin, 40);
+  EXPECT_EQ(reachWarnings(plugin),
+            std::vector<std::string>{"speakers 17..40 of the user setup all sit at the centre: a "
+                                     "user setup places only its first 16; --layout \"40 ring\" "
+                                     "spreads them all on a sphere"});
+  plugin.model.speakers[30].x = 0.5;  // placed by the user
+  EXPECT_TRUE(reachWarnings(plugin).empty());
 }
