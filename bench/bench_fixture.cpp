@@ -4,6 +4,7 @@
 
 #include "engine/audio_process.h"
 #include "model/counts.h"
+#include "model/layouts.h"
 
 namespace {
 
@@ -70,7 +71,7 @@ PackedPlan::PackedPlan(MixBuffers& buffers, const MixKernels& kernels, bool ramp
   plan.gains = packedGains_.data();
   plan.steps = ramp ? packedSteps_.data() : nullptr;
   plan.outputPeaks = peaks_.data();
-  plan.scratch = scratch_->samples;
+  plan.scratch = scratch_.get();
 }
 
 std::unique_ptr<PannerPlugin> makeBenchInstance(int inputs, int outputs) {
@@ -89,6 +90,21 @@ std::unique_ptr<PannerPlugin> makeBenchInstance(int inputs, int outputs) {
 
 void destroyBenchInstance(PannerPlugin& plugin) {
   destroyMixEngine(plugin);
+}
+
+void spreadScene(PannerPlugin& plugin, std::uint32_t optionFlags) {
+  Position3 ring[kMaxSpeakers];
+  computeRingPositions(plugin.speakerCount(), ring);
+  for (int s = 0; s < plugin.speakerCount(); ++s)
+    setSpeaker(plugin, s, "ring", ring[s].x, ring[s].y, ring[s].z, 0.5);
+  for (int i = 0; i < plugin.inputCount(); ++i) {
+    InputChannel& input = plugin.model.inputs[i];
+    input.diffuse = 0.1 + 0.01 * i;
+    input.diffuseBias = 0.5 - 0.015 * i;
+    input.diffuseAngle = 0.03 * i - 0.9;
+  }
+  plugin.model.optionFlags = optionFlags;
+  markInputsDirty(plugin, kDirtyAllInputs);
 }
 
 const MixKernels& kernelsFor(MixPath path) {

@@ -53,4 +53,8 @@ class PackedPlan {
 std::unique_ptr<PannerPlugin> makeBenchInstance(int inputs, int outputs);
 void destroyBenchInstance(PannerPlugin& plugin);
 
+// Every input diffused, biased and turned differently, the speakers on the plug-in's ring (radius
+// 0.5, influence 0.5), `optionFlags` as given; all rows marked dirty.
+void spreadScene(PannerPlugin& plugin, std::uint32_t optionFlags);
+
 const MixKernels& kernelsFor(MixPath path);

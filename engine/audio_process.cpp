@@ -46,12 +46,6 @@ bool resizeMatrices(PannerPlugin& plugin) {
   return true;
 }
 
-void recomputeDirtyRows(PannerPlugin& plugin) {
-  for (int i = 0; i < plugin.inputCount(); ++i) {
-    if ((plugin.model.dirtyInputs >> i) & 1) computeInputGains(plugin, i);
-  }
-}
-
 // A soloed channel sounds whatever its mute; without a solo, every unmuted channel sounds.
 template <typename Channel>
 std::uint64_t audibleMask(const GrowableArray<Channel>& channels) {
@@ -77,10 +71,8 @@ void prepareRamp(PannerPlugin& plugin, MixEngine& engine, bool resized, int fram
   } else {
     block.rampPrepared = true;
     block.rampActive = frames >= 1;
-    double* steps = plugin.mix.gainSteps.data();
-    if (block.rampActive) {
-      for (int k = 0; k < cells; ++k) steps[k] = (target[k] - applied[k]) / frames;
-    }
+    if (block.rampActive)
+      engine.kernels->rampSteps(target, applied, plugin.mix.gainSteps.data(), cells, frames);
   }
   plugin.model.dirtyInputs = 0;
 }
@@ -102,7 +94,7 @@ void captureBlock(PannerPlugin& plugin, MixEngine& engine, int frames, BlockCapt
       plugin.model.gainCols != plugin.speakerCount()) {
     return;  // no memory for the matrices: this block stays silent
   }
-  recomputeDirtyRows(plugin);
+  computeMarkedInputGains(plugin, plugin.model.dirtyInputs);
   captureMeters(plugin, block);
   block.inputAudible = audibleMask(plugin.model.inputs);
   block.speakerAudible = audibleMask(plugin.model.speakers);
@@ -176,7 +168,7 @@ void bindBuffers(MixEngine& engine, const BlockCapture& block, double** inputs, 
   plan.gains = engine.packedGains;
   plan.steps = block.rampActive ? engine.packedSteps : nullptr;
   plan.outputPeaks = engine.outputPeaks;
-  plan.scratch = engine.scratch.samples;
+  plan.scratch = &engine.scratch;
 }
 
 void raisePeak(std::atomic<double>& meter, double peak) {
@@ -252,6 +244,7 @@ bool createMixEngine(PannerPlugin& plugin) {
   auto* engine = new (std::nothrow) MixEngine;
   if (engine == nullptr) return false;
   engine->kernels = &bestMixKernels();
+  engine->lawKernels = &gainLawKernelsFor(engine->kernels->path);
   delete plugin.mix.mixEngine;
   plugin.mix.mixEngine = engine;
   return true;
@@ -268,6 +261,7 @@ bool forceMixPath(PannerPlugin& plugin, MixPath path) {
                               : path == MixPath::Avx2 ? &avx2MixKernels()
                                                       : &sse2MixKernels();
   plugin.mix.mixEngine->kernels = kernels;
+  plugin.mix.mixEngine->lawKernels = &gainLawKernelsFor(path);
   plugin.mix.mixEngine->packedTileWidth = 0;
   return true;
 }

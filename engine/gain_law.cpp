@@ -1,135 +1,99 @@
 #include "engine/gain_law.h"
 
 #include <cmath>
-#include <limits>
+
+#include "engine/gain_law_kernels.h"
+#include "engine/mix_engine.h"
 
 namespace {
 
-constexpr double kLfeFactor = 0.25;
-constexpr double kDeadZone = 0.02;
-constexpr double kDeadZoneDivisor = 0.98;
-constexpr double kRelativeSlope = 4.0;
-constexpr double kNear = 0.1;
-constexpr double kBiasFloor = 1e-6;
-constexpr double kCentreBand = 0.5;
-constexpr double kOutOfReach = std::numeric_limits<double>::infinity();
-
-struct Offset {
-  double dx;
-  double dy;
-  double dz;
-};
-
-// Distance from the edge of the input's diffusion diamond (half-diagonals a along y, b along x)
-// to the speaker; height only adds.
-double diamondDistance(const InputChannel& input, Offset o) {
-  const double diffuse = input.diffuse;
-  const double h2 = o.dx * o.dx + o.dy * o.dy;
-  const double h = std::sqrt(h2);
-  const double v = std::sqrt(h2 + o.dz * o.dz) - h;
-  double dx = o.dx;
-  double dy = o.dy;
-  if (input.diffuseAngle != 0.0) {
-    const double turned = std::atan2(dy, dx) + input.diffuseAngle * M_PI;
-    dx = h * std::cos(turned);
-    dy = h * std::sin(turned);
-  }
-  const double ax = std::fabs(dx);
-  const double ay = std::fabs(dy);
-  const double bias = input.diffuseBias;
-  double a = diffuse;
-  double b = diffuse;
-  if (bias > 0) b = bias >= 1 ? diffuse * kBiasFloor : diffuse * (1 - bias);
-  if (bias < 0) a = bias <= -1 ? diffuse * kBiasFloor : diffuse * (1 + bias);
-  // The edge in this quadrant runs from (0, a) to (b, 0); u places the nearest point along it.
-  const double ey = ay - a;
-  const double u = (ax * b - a * ey) / (b * b + a * a);
-  if (u < 0) return std::sqrt(ey * ey + ax * ax) + v;
-  if (u > 1) return std::sqrt(ay * ay + (ax - b) * (ax - b)) + v;
-  const double qx = b * u - ax;
-  const double qy = a - u * a - ay;
-  return qx < 0 && qy < 0 ? std::sqrt(qx * qx + qy * qy) + v : v;
+bool rowsAreSized(const PannerPlugin& plugin) {
+  return plugin.speakerCount() > 0 && plugin.model.gainRows == plugin.inputCount() &&
+         plugin.model.gainCols == plugin.speakerCount() &&
+         plugin.mix.targetGains.size() >= plugin.model.gainRows * plugin.model.gainCols;
 }
 
-// Distance in units of the speaker's reach; a speaker without reach is out of it.
-double reachDistance(const PannerPlugin& plugin, const InputChannel& input, const Speaker& s) {
-  const Offset o{s.x * plugin.model.spaceScaleX - input.x, s.y * plugin.model.spaceScaleY - input.y,
-                 s.z * plugin.model.spaceScaleZ - input.z};
-  double r = input.diffuse == 0.0 ? std::sqrt(o.dx * o.dx + o.dy * o.dy + o.dz * o.dz)
-                                  : diamondDistance(input, o);
-  r = r > kDeadZone ? (r - kDeadZone) / kDeadZoneDivisor : 0.0;
-  if (!(s.influence > 0.0) || !std::isfinite(r)) return kOutOfReach;
-  return r / s.influence;
+double centreTrimFactor(double centerTrim, double speakerX) {
+  if (centerTrim == 1.0 || std::fabs(speakerX) >= kCentreBand) return 1.0;
+  return 1.0 + (1.0 - 2.0 * std::fabs(speakerX)) * (centerTrim - 1.0);
 }
 
-// Speakers against a wall fade out as the input reaches the opposite wall.
-double wallFade(double f, double speakerCoordinate, double scale, double inputCoordinate) {
-  const double e = std::fabs(speakerCoordinate * scale - inputCoordinate);
-  const double wall = 2.0 * scale;
-  if (e <= wall - kNear) return f;
-  return e >= wall ? 0.0 : f * (wall - e) / kNear;
+void setLane(LawScene& scene, int s, const Speaker& speaker, const ModelState& model) {
+  scene.x[s] = speaker.x * model.spaceScaleX;
+  scene.y[s] = speaker.y * model.spaceScaleY;
+  scene.z[s] = speaker.z * model.spaceScaleZ;
+  scene.reach[s] = kDeadZoneDivisor * speaker.influence;
+  scene.trim[s] = centreTrimFactor(model.centerTrim, speaker.x);
+  scene.gain[s] = speaker.gain;
+  scene.panned[s] = speaker.isLfe ? 0.0 : 1.0;
 }
 
-double relativeWeight(const PannerPlugin& plugin, const InputChannel& input, const Speaker& s,
-                      double d, double dmin) {
-  double f = dmin >= kNear || d < kNear ? 1.0 : dmin / kNear;
-  f = wallFade(f, s.x, plugin.model.spaceScaleX, input.x);
-  f = wallFade(f, s.y, plugin.model.spaceScaleY, input.y);
-  f = wallFade(f, s.z, plugin.model.spaceScaleZ, input.z);
-  return f / std::exp2(kRelativeSlope * d);
+// Padding lanes are harmless numbers that take no part in the panning.
+void setPadding(LawScene& scene, int s) {
+  scene.x[s] = scene.y[s] = scene.z[s] = 0.0;
+  scene.reach[s] = scene.trim[s] = 1.0;
+  scene.gain[s] = scene.panned[s] = 0.0;
 }
 
-double centreTrimmed(double w, double centerTrim, double speakerX) {
-  if (centerTrim == 1.0 || std::fabs(speakerX) >= kCentreBand) return w;
-  return w * (1.0 + (1.0 - 2.0 * std::fabs(speakerX)) * (centerTrim - 1.0));
+void prepareScene(const PannerPlugin& plugin, LawScene& scene) {
+  const ModelState& model = plugin.model;
+  scene.speakers = plugin.speakerCount();
+  scene.relative = (model.optionFlags & kOptionRelativeInfluence) != 0;
+  scene.normalises = scene.relative || (model.optionFlags & kOptionNormalizeOff) == 0;
+  scene.walls[0] = 2.0 * model.spaceScaleX;
+  scene.walls[1] = 2.0 * model.spaceScaleY;
+  scene.walls[2] = 2.0 * model.spaceScaleZ;
+  for (int s = 0; s < scene.speakers; ++s) setLane(scene, s, model.speakers[s], model);
+  for (int s = scene.speakers; s < kMaxSpeakers; ++s) setPadding(scene, s);
 }
 
-bool normalises(std::uint32_t optionFlags) {
-  return (optionFlags & kOptionRelativeInfluence) != 0 || (optionFlags & kOptionNormalizeOff) == 0;
+LawInput prepareInput(const InputChannel& in) {
+  LawInput law{};
+  law.x = in.x;
+  law.y = in.y;
+  law.z = in.z;
+  law.diffused = in.diffuse != 0.0;
+  law.turned = in.diffuseAngle != 0.0;
+  law.cosTurn = std::cos(in.diffuseAngle * kTurnPerAngle);
+  law.sinTurn = std::sin(in.diffuseAngle * kTurnPerAngle);
+  // A positive bias narrows the spread across, a negative one in depth.
+  const double diffuse = in.diffuse;
+  const double bias = in.diffuseBias;
+  law.halfDepth = law.halfWidth = diffuse;
+  if (bias > 0) law.halfWidth = bias >= 1 ? diffuse * kBiasFloor : diffuse * (1 - bias);
+  if (bias < 0) law.halfDepth = bias <= -1 ? diffuse * kBiasFloor : diffuse * (1 + bias);
+  law.inverseSpan = 1.0 / (law.halfWidth * law.halfWidth + law.halfDepth * law.halfDepth);
+  law.lfeValue = kLfeFactor * in.lfeSend;
+  law.gain = in.gain;
+  return law;
+}
+
+const GainLawKernels& kernelsOf(const PannerPlugin& plugin) {
+  const MixEngine* engine = plugin.mix.mixEngine;
+  return engine != nullptr ? *engine->lawKernels : gainLawKernelsFor(bestMixKernels().path);
 }
 
 }  // namespace
 
+void computeMarkedInputGains(PannerPlugin& plugin, std::uint64_t inputs) {
+  if (!rowsAreSized(plugin)) return;
+  LawScene scene;
+  prepareScene(plugin, scene);
+  const auto computeRow = kernelsOf(plugin).computeRow;
+  for (int i = 0; i < plugin.inputCount() && i < 64; ++i) {
+    if (((inputs >> i) & 1) == 0) continue;
+    double* row = plugin.mix.targetGains.data() + static_cast<std::ptrdiff_t>(i) * scene.speakers;
+    computeRow(scene, prepareInput(plugin.model.inputs[i]), row);
+  }
+}
+
 void computeInputGains(PannerPlugin& plugin, int input) {
-  const int speakers = plugin.speakerCount();
-  if (input < 0 || input >= plugin.inputCount() || speakers == 0) return;
-  if (plugin.model.gainRows != plugin.inputCount() || plugin.model.gainCols != speakers) return;
-  if (plugin.mix.targetGains.size() < plugin.model.gainRows * plugin.model.gainCols) return;
-  const InputChannel& in = plugin.model.inputs[input];
-  double* row =
-      plugin.mix.targetGains.data() + static_cast<std::ptrdiff_t>(input) * plugin.model.gainCols;
+  if (input >= 0 && input < plugin.inputCount() && input < 64)
+    computeMarkedInputGains(plugin, std::uint64_t{1} << input);
+}
 
-  // Distances first (kept in the row), with the smallest panned one for the relative law.
-  double dmin = kOutOfReach;
-  for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.model.speakers[s];
-    if (speaker.isLfe) {
-      row[s] = kLfeFactor * in.lfeSend;
-      continue;
-    }
-    row[s] = reachDistance(plugin, in, speaker);
-    dmin = std::fmin(dmin, row[s]);
-  }
-
-  const bool relative = (plugin.model.optionFlags & kOptionRelativeInfluence) != 0;
-  double total = 0.0;
-  for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.model.speakers[s];
-    if (speaker.isLfe) continue;
-    const double d = row[s];
-    double w = relative ? relativeWeight(plugin, in, speaker, d, dmin) : std::fmax(0.0, 1.0 - d);
-    w = centreTrimmed(w, plugin.model.centerTrim, speaker.x);
-    row[s] = w;
-    total += w;
-  }
-
-  const bool divide = normalises(plugin.model.optionFlags) && total != 1.0 && total > 0.0;
-  for (int s = 0; s < speakers; ++s) {
-    const Speaker& speaker = plugin.model.speakers[s];
-    double value = row[s];
-    if (divide && !speaker.isLfe) value /= total;
-    value *= speaker.gain * in.gain;
-    row[s] =
-        std::isfinite(value) ? value : 0.0;  // nothing the model holds may reach the mix as NaN
-  }
+const GainLawKernels& gainLawKernelsFor(MixPath path) {
+  return path == MixPath::Avx512 ? avx512GainLawKernels()
+         : path == MixPath::Avx2 ? avx2GainLawKernels()
+                                 : sse2GainLawKernels();
 }

@@ -9,7 +9,7 @@ namespace {
 #if UINTPTR_MAX == 0xffffffffu
 constexpr int kSteadySpeakers = 2, kSteadyVectors = 2, kRampSpeakers = 1, kRampVectors = 2;
 #else
-constexpr int kSteadySpeakers = 4, kSteadyVectors = 3, kRampSpeakers = 4, kRampVectors = 2;
+constexpr int kSteadySpeakers = 4, kSteadyVectors = 3, kRampSpeakers = 2, kRampVectors = 4;
 #endif
 constexpr int kChunkFrames = 48;
 }  // namespace
@@ -17,7 +17,7 @@ constexpr int kChunkFrames = 48;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& avx2MixKernels() {
-  static const MixKernels kernels{MixPath::Avx2, "AVX2+FMA", kSteadySpeakers,  kRampSpeakers,
-                                  &mixSteady,    &mixRamp,   &largestMagnitude};
+  static const MixKernels kernels{MixPath::Avx2, "AVX2+FMA", kSteadySpeakers,   kRampSpeakers,
+                                  &mixSteady,    &mixRamp,   &largestMagnitude, &rampSteps};
   return kernels;
 }

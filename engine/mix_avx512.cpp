@@ -16,7 +16,7 @@ namespace {
 #if UINTPTR_MAX == 0xffffffffu
 constexpr int kSteadySpeakers = 2, kSteadyVectors = 2, kRampSpeakers = 1, kRampVectors = 2;
 #else  // 32 vector registers
-constexpr int kSteadySpeakers = 4, kSteadyVectors = 6, kRampSpeakers = 4, kRampVectors = 3;
+constexpr int kSteadySpeakers = 4, kSteadyVectors = 6, kRampSpeakers = 4, kRampVectors = 6;
 #endif
 constexpr int kChunkFrames = 96;
 }  // namespace
@@ -24,7 +24,7 @@ constexpr int kChunkFrames = 96;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& avx512MixKernels() {
-  static const MixKernels kernels{MixPath::Avx512, "AVX-512", kSteadySpeakers,  kRampSpeakers,
-                                  &mixSteady,      &mixRamp,  &largestMagnitude};
+  static const MixKernels kernels{MixPath::Avx512, "AVX-512", kSteadySpeakers,   kRampSpeakers,
+                                  &mixSteady,      &mixRamp,  &largestMagnitude, &rampSteps};
   return kernels;
 }

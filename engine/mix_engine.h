@@ -4,11 +4,13 @@
 
 #include <cstdint>
 
+#include "engine/gain_law_kernels.h"
 #include "engine/mix_kernels.h"
 #include "model/panner_plugin.h"
 
 struct MixEngine {
   const MixKernels* kernels = nullptr;
+  const GainLawKernels* lawKernels = nullptr;  // of the same instruction set
   MixPlan plan;
   // Packed gains are reused while the audible pairs, the tile width and the applied gains stay.
   std::uint64_t gainsGeneration = 1;  // raised whenever appliedGains changes
@@ -23,7 +25,8 @@ struct MixEngine {
   int speakerOfOutput[kMaxSpeakers];  // model speaker of each planned output
 };
 
-// [tests] Uses the kernels of `path`; false (and nothing changed) when this processor lacks it.
+// [tests] Mixes and computes gains with the kernels of `path`; false (and nothing changed) when
+// this processor lacks it.
 bool forceMixPath(PannerPlugin& plugin, MixPath path);
 
 // [tests, benchmarks] The kernels this instance mixes with.

@@ -35,8 +35,8 @@ struct TileJob {
   const MixPlan* plan;
   const double* const* rows;  // samples of each input, frame `rowOrigin` first
   int rowOrigin;
-  const double* gains;  // this tile's packed gains, [input][speaker of the tile]
-  const double* steps;
+  const double* gains;    // this tile's packed gains, [input][speaker of the tile]
+  const double* strides;  // kWidth steps of each of these gains
   double* const* outputs;
   Vec* highs;  // running maximum and minimum of each output: no sign mask has to stay in a
   Vec* lows;   // register while the tile runs
@@ -94,34 +94,25 @@ inline void steadySpan(const TileJob& job, int n0) {
   storeTile(job, n0, acc);
 }
 
-// kWidth steps: doubled up on the adders for narrow vectors, one multiply for wide ones.
-inline Vec strideOf(Vec step) {
-  if constexpr (kWidth > 4) return Ops::mul(step, Ops::set(kWidth));
-  Vec stride = step;
-  SPATIOLA_TILE_LOOP
-  for (int w = 1; w < kWidth; w *= 2) stride = Ops::add(stride, stride);
-  return stride;
-}
-
 // As steadySpan with the gain of sample n at applied + (n + 1) * step. Only the first vector's
 // gains take a multiply-add; the next vectors add a stride of kWidth steps, which runs on the
-// adders while the multiply-add units accumulate.
+// adders while the multiply-add units accumulate. (n + 1) / kWidth * stride is exactly
+// (n + 1) * step: both factors are scaled by a power of two.
 template <int S, int V>
 inline void rampSpan(const TileJob& job, int n0) {
   Vec acc[S][V];
   clearTile(acc);
-  const Vec position = Ops::ramp(n0 + 1.0);
+  const Vec position = Ops::mul(Ops::ramp(n0 + 1.0), Ops::set(1.0 / kWidth));
   const MixPlan& plan = *job.plan;
   const double* g = job.gains;
-  const double* d = job.steps;
+  const double* d = job.strides;
   for (int k = 0; k < plan.inputCount; ++k, g += S, d += S) {
     Vec xv[V];
     loadSamples(xv, job.rows[k] + (n0 - job.rowOrigin));
     SPATIOLA_TILE_LOOP
     for (int s = 0; s < S; ++s) {
-      const Vec step = Ops::broadcast(d + s);
-      const Vec stride = strideOf(step);
-      Vec gain = Ops::mulAdd(position, step, Ops::broadcast(g + s));
+      const Vec stride = Ops::broadcast(d + s);
+      Vec gain = Ops::mulAdd(position, stride, Ops::broadcast(g + s));
       SPATIOLA_TILE_LOOP
       for (int v = 0; v < V; ++v) {
         acc[s][v] = Ops::mulAdd(xv[v], gain, acc[s][v]);
@@ -132,6 +123,7 @@ inline void rampSpan(const TileJob& job, int n0) {
   storeTile(job, n0, acc);
 }
 
+// Spans of V vectors, then of half as many for what is left, down to single vectors.
 template <bool Ramp, int S, int V>
 void tileRange(const TileJob& job, int begin, int end) {
   int n = begin;
@@ -142,13 +134,7 @@ void tileRange(const TileJob& job, int begin, int end) {
       steadySpan<S, V>(job, n);
     }
   }
-  for (; n + kWidth <= end; n += kWidth) {
-    if constexpr (Ramp) {
-      rampSpan<S, 1>(job, n);
-    } else {
-      steadySpan<S, 1>(job, n);
-    }
-  }
+  if constexpr (V > 1) tileRange<Ramp, S, V / 2>(job, n, end);
 }
 
 // Tiles are as wide as the instruction set allows; the last one takes what is left.
@@ -192,7 +178,7 @@ constexpr int kCopyFromInputs = 9;
 void copyChunk(const MixPlan& plan, int begin, int end) {
   for (int k = 0; k < plan.inputCount; ++k) {
     const double* from = plan.inputs[k] + begin;
-    double* to = plan.scratch + k * kMixScratchFrames;
+    double* to = plan.scratch->samples + k * kMixScratchFrames;
     for (int n = 0; n < end - begin; n += kWidth) Ops::storeAligned(to + n, Ops::load(from + n));
   }
 }
@@ -209,7 +195,7 @@ void mixChunk(const MixPlan& plan, const double* const* rows, int rowOrigin, Vec
                       rows,
                       rowOrigin,
                       plan.gains + offset,
-                      Ramp ? plan.steps + offset : nullptr,
+                      Ramp ? plan.scratch->strides + offset : nullptr,
                       plan.outputs + first,
                       highs + first,
                       lows + first};
@@ -218,15 +204,26 @@ void mixChunk(const MixPlan& plan, const double* const* rows, int rowOrigin, Vec
   }
 }
 
+// kWidth steps of every packed pair, computed once for the block instead of once per span.
+void prepareStrides(const MixPlan& plan) {
+  const int pairs = plan.inputCount * plan.outputCount;
+  double* strides = plan.scratch->strides;
+  int k = 0;
+  for (; k + kWidth <= pairs; k += kWidth)
+    Ops::storeAligned(strides + k, Ops::mul(Ops::load(plan.steps + k), Ops::set(kWidth)));
+  for (; k < pairs; ++k) strides[k] = plan.steps[k] * kWidth;
+}
+
 template <bool Ramp>
 void mix(const MixPlan& plan) {
+  if constexpr (Ramp) prepareStrides(plan);
   Vec highs[kMaxSpeakers];
   Vec lows[kMaxSpeakers];
   for (int j = 0; j < plan.outputCount; ++j) highs[j] = lows[j] = Ops::zero();
   const bool copying = plan.inputCount >= kCopyFromInputs;
   const double* scratchRows[kMaxInputs];
   for (int k = 0; copying && k < plan.inputCount; ++k)
-    scratchRows[k] = plan.scratch + k * kMixScratchFrames;
+    scratchRows[k] = plan.scratch->samples + k * kMixScratchFrames;
   const int vectorEnd = plan.frames - plan.frames % kWidth;
   for (int begin = 0; begin < vectorEnd; begin += kChunkFrames) {
     const int end = smaller(begin + kChunkFrames, vectorEnd);
@@ -256,6 +253,15 @@ double largestMagnitude(const double* samples, int frames) {
       Ops::horizontalMax(Ops::max(Ops::max(peak[0], peak[1]), Ops::max(peak[2], peak[3])));
   for (; n < frames; ++n) result = larger(result, magnitude(samples[n]));
   return result;
+}
+
+void rampSteps(const double* target, const double* applied, double* steps, int cells, int frames) {
+  const Vec divisor = Ops::set(frames);
+  int k = 0;
+  for (; k + kWidth <= cells; k += kWidth)
+    Ops::store(steps + k,
+               Ops::div(Ops::sub(Ops::load(target + k), Ops::load(applied + k)), divisor));
+  for (; k < cells; ++k) steps[k] = (target[k] - applied[k]) / frames;
 }
 
 void mixSteady(const MixPlan& plan) {

@@ -16,6 +16,9 @@ struct MixKernels {
   void (*mixRamp)(const MixPlan& plan);
   // The largest |sample| of one channel (NaN samples count as 0).
   double (*largestMagnitude)(const double* samples, int frames);
+  // steps[k] = (target[k] - applied[k]) / frames for k < cells: a ramp's per-sample increments.
+  void (*rampSteps)(const double* target, const double* applied, double* steps, int cells,
+                    int frames);
 };
 
 const MixKernels& sse2MixKernels();

@@ -14,17 +14,18 @@ struct MixPlan {
   double* outputs[kMaxSpeakers] = {};
   // Tile t covers outputs [t * tileWidth, ...): its gains are [input][speaker of the tile].
   int tileWidth = 0;
-  const double* gains = nullptr;  // applied gains
-  const double* steps = nullptr;  // per-sample ramp increments; null for a steady block
-  double* outputPeaks = nullptr;  // raised to the largest |output| of each written speaker
-  double* scratch = nullptr;      // MixScratch::samples, overwritten by the kernel
+  const double* gains = nullptr;         // applied gains
+  const double* steps = nullptr;         // per-sample ramp increments; null for a steady block
+  double* outputPeaks = nullptr;         // raised to the largest |output| of each written speaker
+  struct MixScratch* scratch = nullptr;  // overwritten by the kernel
 };
 
 constexpr int kMixScratchFrames = 128;
 constexpr int kMixScratchDoubles = kMaxInputs * kMixScratchFrames;
 
 struct MixScratch {
-  alignas(64) double samples[kMixScratchDoubles];
+  alignas(64) double samples[kMixScratchDoubles];         // chunks of the inputs
+  alignas(64) double strides[kMaxInputs * kMaxSpeakers];  // a ramp's steps per vector of samples
 };
 
 // Offset of tile t's gains in the packed arrays of a plan with `inputs` inputs.

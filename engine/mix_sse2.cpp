@@ -17,7 +17,7 @@ constexpr int kChunkFrames = 64;
 #include "engine/mix_kernel_template.h"
 
 const MixKernels& sse2MixKernels() {
-  static const MixKernels kernels{MixPath::Sse2, "SSE2",   kSteadySpeakers,  kRampSpeakers,
-                                  &mixSteady,    &mixRamp, &largestMagnitude};
+  static const MixKernels kernels{MixPath::Sse2, "SSE2",   kSteadySpeakers,   kRampSpeakers,
+                                  &mixSteady,    &mixRamp, &largestMagnitude, &rampSteps};
   return kernels;
 }

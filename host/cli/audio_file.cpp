@@ -1,5 +1,6 @@
 #include "host/cli/audio_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -125,16 +126,23 @@ AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
                          const OutputFormat& format, const std::string& shownPath)
     : path_(path),
       shownPath_(shownPath.empty() ? path : shownPath),
-      container_(format.sndfileFormat & SF_FORMAT_TYPEMASK) {
+      container_(format.sndfileFormat & SF_FORMAT_TYPEMASK),
+      subtype_(format.sndfileFormat & SF_FORMAT_SUBMASK) {
   SF_INFO info{};
   info.channels = channels;
   info.samplerate = sampleRate;
   info.format = format.sndfileFormat;
   errno = 0;
-  file_ = sf_open(path.c_str(), SFM_WRITE, &info);
+  // Opened here so that the disk can be set writing while the render goes on.
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (descriptor < 0) {
+    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
+  }
+  file_ = sf_open_fd(descriptor, SFM_WRITE, &info, SF_TRUE);  // closes it, also on failure
   if (file_ == nullptr) {
     throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
   }
+  descriptor_ = descriptor;
   sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);  // integer files clip, never wrap
   if (format.channelMap.size() == static_cast<std::size_t>(channels)) {
     std::vector<int> map = format.channelMap;
@@ -157,12 +165,24 @@ void AudioWriter::write(const double* frames, std::int64_t count) {
   }
 }
 
+void AudioWriter::write(const float* frames, std::int64_t count) {
+  errno = 0;
+  if (sf_writef_float(file_, frames, count) != count) {
+    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, file_));
+  }
+}
+
+void AudioWriter::startWriteback() {
+  if (descriptor_ >= 0) sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
+}
+
 void AudioWriter::close() {
   if (file_ == nullptr) return;
   errno = 0;
   sf_write_sync(file_);
   const int result = sf_close(file_);
   file_ = nullptr;
+  descriptor_ = -1;
   if (result != 0) {
     throw HostError("cannot finish " + shownPath_ + ": " +
                     (errno != 0 ? fileProblem(errno) : std::string(sf_error_number(result))));

@@ -72,6 +72,12 @@ class AudioWriter {
 
   // Interleaved frames; throws HostError when the disk refuses them.
   void write(const double* frames, std::int64_t count);
+  void write(const float* frames, std::int64_t count);
+  // Whether the file holds 32-bit floats: floats are then written as they are.
+  bool storesFloats() const { return subtype_ == SF_FORMAT_FLOAT; }
+  // Sets the disk writing what was written so far, without waiting: the closing sync then waits
+  // only for the end, and the page cache never holds the whole file.
+  void startWriteback();
   // Flushes and closes; throws when the file could not be completed.
   void close();
   // Whether the channel map was stored in the file.
@@ -81,6 +87,8 @@ class AudioWriter {
   std::string path_;
   std::string shownPath_;
   SNDFILE* file_ = nullptr;
+  int descriptor_ = -1;  // owned by file_
   int container_ = 0;
+  int subtype_ = 0;
   bool channelMapWritten_ = false;
 };

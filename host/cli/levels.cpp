@@ -1,9 +1,11 @@
 #include "host/cli/levels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <limits>
 #include <numeric>
+#include <type_traits>
 
 #include "host/cli/plural.h"
 
@@ -27,6 +29,50 @@ void LevelMeter::add(const double* frames, std::int64_t count) {
   }
   frames_ += count;
 }
+
+// Fast path without the finiteness test: a NaN or infinity leaves a non-finite sum, and then the
+// chunk is measured again sample by sample from the state before it.
+template <typename Sample>
+void LevelMeter::interleave(const double* const* planar, std::int64_t count, Sample* out) {
+  const auto width = static_cast<std::size_t>(channels());
+  savedPeaks_ = peaks_;
+  savedSums_ = sumSquares_;
+  savedOvers_ = overs_;
+  double* peaks = peaks_.data();
+  double* sums = sumSquares_.data();
+  std::int64_t* overs = overs_.data();
+  for (std::int64_t f = 0; f < count; ++f) {
+    Sample* frame = out + static_cast<std::size_t>(f) * width;
+    for (std::size_t c = 0; c < width; ++c) {
+      const double sample = planar[c][f];
+      frame[c] = static_cast<Sample>(sample);
+      const double magnitude = std::fabs(sample);
+      peaks[c] = std::max(peaks[c], magnitude);
+      sums[c] += sample * sample;
+      overs[c] += magnitude > 1.0 ? 1 : 0;
+    }
+  }
+  for (std::size_t c = 0; c < width; ++c) {
+    if (std::isfinite(sums[c])) continue;
+    peaks_ = savedPeaks_;
+    sumSquares_ = savedSums_;
+    overs_ = savedOvers_;
+    if constexpr (std::is_same_v<Sample, double>) {
+      add(out, count);
+    } else {
+      std::vector<double> frames(static_cast<std::size_t>(count) * width);
+      for (std::int64_t f = 0; f < count; ++f) {
+        for (std::size_t k = 0; k < width; ++k) frames[f * width + k] = planar[k][f];
+      }
+      add(frames.data(), count);
+    }
+    return;
+  }
+  frames_ += count;
+}
+
+template void LevelMeter::interleave<float>(const double* const*, std::int64_t, float*);
+template void LevelMeter::interleave<double>(const double* const*, std::int64_t, double*);
 
 std::int64_t LevelMeter::totalOvers() const {
   return std::accumulate(overs_.begin(), overs_.end(), std::int64_t{0});

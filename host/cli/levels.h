@@ -13,6 +13,10 @@ class LevelMeter {
 
   // Interleaved frames of `channels` samples.
   void add(const double* frames, std::int64_t count);
+  // Interleaves `count` frames of the planar channels into `out` as `Sample` (float or double)
+  // and measures them in the same pass, with exactly the sums `add` gives.
+  template <typename Sample>
+  void interleave(const double* const* planar, std::int64_t count, Sample* out);
 
   int channels() const { return static_cast<int>(peaks_.size()); }
   double peakDb(int channel) const;
@@ -27,6 +31,8 @@ class LevelMeter {
   std::vector<double> peaks_;
   std::vector<double> sumSquares_;
   std::vector<std::int64_t> overs_;
+  std::vector<double> savedPeaks_, savedSums_;
+  std::vector<std::int64_t> savedOvers_;
   std::int64_t nonFinite_ = 0;
   std::int64_t frames_ = 0;
 };

@@ -8,43 +8,24 @@
 #include "host/cli/output_checks.h"
 #include "host/cli/plural.h"
 #include "host/cli/progress.h"
+#include "host/cli/sample_streams.h"
 #include "host/runtime/host_error.h"
 
 namespace {
 
-// Moves one segment through the plug-in: the input file's channels into its inputs (missing ones
-// silent), its outputs into the interleaved output in the file's channel order.
-void processSegment(PluginInstance& instance, const double* in, int fileChannels,
-                    const std::vector<int>& pluginOutput, double* out, int frames) {
-  const int used = std::min(fileChannels, instance.inputCount());
-  for (int c = 0; c < instance.inputCount(); ++c) {
-    double* buffer = instance.inputBuffer(c);
-    for (int f = 0; f < frames; ++f) buffer[f] = c < used ? in[f * fileChannels + c] : 0.0;
-  }
-  instance.process(frames);
-  const auto outputs = static_cast<int>(pluginOutput.size());
-  for (int c = 0; c < outputs; ++c) {
-    const double* buffer = instance.outputBuffer(pluginOutput[c]);
-    for (int f = 0; f < frames; ++f) out[f * outputs + c] = buffer[f];
-  }
-}
-
+// The file's frames through the plug-in segment by segment, read and written in large chunks,
+// the levels measured as the output is interleaved.
 class Renderer {
  public:
   Renderer(PluginInstance& instance, AudioReader& reader, AudioWriter& writer,
            RenderSchedule& schedule, const FileChannels& channels, LevelMeter& levels)
       : instance_(instance),
         reader_(reader),
-        writer_(writer),
         schedule_(schedule),
+        outputChannels_(instance.outputCount()),
         pluginOutput_(channels.pluginOutput),
-        levels_(levels),
-        fileChannels_(reader.info().channels),
-        outputChannels_(instance.outputCount()) {
-    const auto block = static_cast<std::size_t>(schedule.largestBlock());
-    in_.resize(block * static_cast<std::size_t>(fileChannels_));
-    out_.resize(block * pluginOutput_.size());
-  }
+        input_(reader),
+        output_(writer, static_cast<int>(channels.pluginOutput.size()), levels) {}
 
   std::int64_t run() {
     ProgressBar progress("rendering", reader_.info().frames);
@@ -52,12 +33,17 @@ class Renderer {
     Segment segment;
     while (schedule_.next(segment)) {
       applyChanges(segment);
-      const auto frames = static_cast<int>(reader_.read(in_.data(), segment.frames));
+      // The instance may have moved its buffers when a plug-in changed its channel counts.
+      inputs_.clear();
+      for (int c = 0; c < instance_.inputCount(); ++c) inputs_.push_back(instance_.inputBuffer(c));
+      const int frames =
+          input_.take(inputs_.data(), static_cast<int>(inputs_.size()), segment.frames);
       if (frames > 0) renderSegment(segment.start, frames);
       position += frames;
       progress.update(position);
       if (frames < segment.frames) break;  // the file ended before its announced length
     }
+    output_.finish();
     progress.finish();
     return position;
   }
@@ -75,21 +61,21 @@ class Renderer {
       throw HostError("the plug-in changed its number of outputs during the render");
     }
     instance_.setSamplePosition(sample);
-    processSegment(instance_, in_.data(), fileChannels_, pluginOutput_, out_.data(), frames);
-    writer_.write(out_.data(), frames);
-    levels_.add(out_.data(), frames);
+    instance_.process(frames);
+    outputs_.clear();
+    for (const int output : pluginOutput_) outputs_.push_back(instance_.outputBuffer(output));
+    output_.put(outputs_.data(), frames);
   }
 
   PluginInstance& instance_;
   AudioReader& reader_;
-  AudioWriter& writer_;
   RenderSchedule& schedule_;
-  const std::vector<int>& pluginOutput_;
-  LevelMeter& levels_;
-  int fileChannels_;
   int outputChannels_;
-  std::vector<double> in_;
-  std::vector<double> out_;
+  const std::vector<int>& pluginOutput_;
+  std::vector<double*> inputs_;
+  std::vector<const double*> outputs_;
+  InputStream input_;
+  OutputStream output_;
 };
 
 int glideFrames(const RenderOptions& options, int sampleRate) {

@@ -257,6 +257,17 @@ TEST(AudioProcessReference, ThePreferredPathIsTheWidestTheProcessorRuns) {
   if (processorSupports(MixPath::Avx2)) {
     EXPECT_NE(best, MixPath::Sse2);
   }
+  RecordingHost host;
+  auto plugin = makeEngineInstance(2);  // the gain law runs on the mix's instruction set
+  const MixEngine& engine = *plugin->mix.mixEngine;
+  EXPECT_EQ(engine.kernels->path, best);
+  EXPECT_EQ(engine.lawKernels->path, best);
+  for (MixPath path : supportedPaths()) {
+    ASSERT_TRUE(forceMixPath(*plugin, path));
+    EXPECT_EQ(engine.kernels->path, path);
+    EXPECT_EQ(engine.lawKernels->path, path);
+  }
+  destroyEngine(*plugin);
 }
 
 TEST_F(AudioProcess, SubnormalsFlushToZeroEvenWhileGainsGlideDown) {

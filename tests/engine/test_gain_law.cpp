@@ -1,17 +1,50 @@
-// The panning law: reference values and the behaviour at its edges.
+// The panning law: reference values and the behaviour at its edges on every kernel path, and every
+// path against the scalar law on random rooms.
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cmath>
+#include <random>
 
-#include "../model/model_fixture.h"
+#include "engine/denormal_guard.h"
 #include "engine/gain_law.h"
+#include "engine/gain_law_kernels.h"
+#include "engine/gain_law_scalar.h"
+#include "engine_fixture.h"
 
 namespace {
+
+std::vector<double> targetRow(const PannerPlugin& plugin, int input) {
+  const double* first = plugin.mix.targetGains.data() + input * plugin.model.gainCols;
+  return {first, first + plugin.model.gainCols};
+}
+
+std::vector<double> scalarRow(const PannerPlugin& plugin, int input) {
+  std::vector<double> row(static_cast<std::size_t>(plugin.speakerCount()));
+  scalarInputGains(plugin, input, row.data());
+  return row;
+}
+
+// A kernel's row agrees with the scalar law within 1e-12 of the row's sum of magnitudes.
+void expectAgreement(const std::vector<double>& actual, const std::vector<double>& reference) {
+  double scale = 0.0;
+  for (double g : reference) scale += std::fabs(g);
+  ASSERT_EQ(actual.size(), reference.size());
+  for (std::size_t s = 0; s < reference.size(); ++s)
+    ASSERT_NEAR(actual[s], reference[s], 1e-12 * scale) << "speaker " << s;
+}
+
+void sizeMatrices(PannerPlugin& plugin) {
+  plugin.model.gainRows = plugin.inputCount();
+  plugin.model.gainCols = plugin.speakerCount();
+  plugin.mix.targetGains.resize(plugin.model.gainRows * plugin.model.gainCols);
+}
 
 class GainLaw : public ::testing::Test {
  protected:
   RecordingHost host;
-  std::unique_ptr<PannerPlugin> plugin = makeInstance(1);
+  std::unique_ptr<PannerPlugin> plugin = makeEngineInstance(1);
+  ~GainLaw() override { destroyEngine(*plugin); }
 
   void placeInput(double x, double y, double z = 0.0) {
     plugin->model.inputs[0].x = x;
@@ -23,15 +56,22 @@ class GainLaw : public ::testing::Test {
     int i = 0;
     for (const Position3& p : places) setSpeaker(*plugin, i++, "s", p.x, p.y, p.z, 1.0);
   }
-  // Row 0 of targetGains, computed fresh.
+  // Row 0 on every path this processor runs, each checked against the scalar law; returns the
+  // widest path's, the one a new instance uses.
   std::vector<double> row() {
-    plugin->model.gainRows = plugin->inputCount();
-    plugin->model.gainCols = plugin->speakerCount();
-    plugin->mix.targetGains.resize(plugin->model.gainRows * plugin->model.gainCols);
+    sizeMatrices(*plugin);
+    const std::vector<double> reference = scalarRow(*plugin, 0);
+    for (MixPath path : supportedPaths()) {
+      SCOPED_TRACE(gainLawKernelsFor(path).name);
+      forceMixPath(*plugin, path);
+      computeInputGains(*plugin, 0);
+      expectAgreement(targetRow(*plugin, 0), reference);
+    }
+    forceMixPath(*plugin, bestMixKernels().path);
     computeInputGains(*plugin, 0);
-    return {plugin->mix.targetGains.data(),
-            plugin->mix.targetGains.data() + plugin->model.gainCols};
+    return targetRow(*plugin, 0);
   }
+  double absoluteGain(double distance) { return 1.0 - (distance - 0.02) / 0.98; }
 };
 
 void expectRelative(double actual, double expected) {
@@ -40,6 +80,10 @@ void expectRelative(double actual, double expected) {
 
 // Absolute unnormalised, absolute normalised, relative.
 const std::uint32_t kModes[] = {kOptionNormalizeOff, 0u, kOptionRelativeInfluence};
+
+static_assert(kLfeFactor == 0.25 && kDeadZone == 0.02 && kDeadZoneDivisor == 0.98);
+static_assert(kRelativeSlope == 4.0 && kNear == 0.1 && kBiasFloor == 1e-6 && kCentreBand == 0.5);
+static_assert(kTurnPerAngle == M_PI);
 
 }  // namespace
 
@@ -82,11 +126,23 @@ TEST_F(GainLaw, AbsoluteLawFromTheDeadZoneToTheEdgeOfReach) {
   EXPECT_DOUBLE_EQ(normalised[0] + normalised[1], 1.0);
 }
 
+TEST_F(GainLaw, InfluenceAndRoomScaleStretchTheDistances) {
+  speakersAt({{0.5, 0, 0}, {0, 0.25, 0}, {0, 0, 0.25}});
+  placeInput(0, 0);
+  plugin->model.speakers[0].influence = 2.0;
+  plugin->model.spaceScaleX = 0.8;  // the speakers move, the input stays
+  plugin->model.spaceScaleY = 2.0;
+  plugin->model.spaceScaleZ = 3.0;
+  const auto gains = row();
+  expectRelative(gains[0], 1 - (0.4 - 0.02) / 0.98 / 2.0);
+  expectRelative(gains[1], absoluteGain(0.5));
+  expectRelative(gains[2], absoluteGain(0.75));
+}
+
 TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
   plugin->model.optionFlags = kOptionRelativeInfluence | kOptionNormalizeOff;
   speakersAt({{0, 0, 0}, {0, 0.5, 0}});
   placeInput(0.05, 0);
-  plugin->model.spaceScaleX = 1.0;
   const auto gains = row();
   const double dmin = (0.05 - 0.02) / 0.98;
   const double dFar = (std::sqrt(0.05 * 0.05 + 0.25) - 0.02) / 0.98;
@@ -94,16 +150,51 @@ TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
   const double wFar = (dmin / 0.1) / std::exp2(4 * dFar);
   expectRelative(gains[0], wNear / (wNear + wFar));  // relative mode always normalises
   expectRelative(gains[1], wFar / (wNear + wFar));
+  placeInput(0.2, 0);  // no speaker within 0.1: none fades
+  const double d0 = 0.18 / 0.98;
+  const double d1 = (std::sqrt(0.04 + 0.25) - 0.02) / 0.98;
+  const double w0 = std::exp2(-4 * d0);
+  const double w1 = std::exp2(-4 * d1);
+  const auto apart = row();
+  expectRelative(apart[0], w0 / (w0 + w1));
+  expectRelative(apart[1], w1 / (w0 + w1));
 }
 
-TEST_F(GainLaw, RelativeLawSilencesTheOppositeWall) {
+TEST_F(GainLaw, RelativeLawFadesSpeakersAsTheInputReachesTheOppositeWall) {
   plugin->model.optionFlags = kOptionRelativeInfluence;
   speakersAt({{-1, 0, 0}, {1, 0, 0}, {0.9, 0.5, 0}});
   placeInput(1, 0.3);
-  const auto gains = row();
+  auto gains = row();
   EXPECT_EQ(gains[0], 0.0);  // e = 2 = W
   EXPECT_GT(gains[1], 0.0);
   EXPECT_GT(gains[2], 0.0);
+  // Table of e = |speaker - input| against the wall W = 2: full weight up to W - 0.1, then a
+  // linear fade, on every axis.
+  struct Case {
+    Position3 speaker;
+    Position3 input;
+    double fade;
+  };
+  const Case cases[] = {{{-1, 0, 0}, {0.9, 0, 0}, 1.0},     {{-1, 0, 0}, {0.95, 0, 0}, 0.5},
+                        {{0, 1, 0}, {0, -0.97, 0}, 0.3},    {{0, 0, -1}, {0, 0, 0.99}, 0.1},
+                        {{-1, 0, 0}, {0.95, 0.96, 0}, 0.5}, {{1, 0, 0}, {-0.9, 0, 0}, 1.0}};
+  for (const Case& c : cases) {
+    speakersAt({c.speaker, {0.5, 0.5, 0.5}});  // the second speaker never fades
+    placeInput(c.input.x, c.input.y, c.input.z);
+    const double d0 =
+        (std::sqrt(std::pow(c.speaker.x - c.input.x, 2) + std::pow(c.speaker.y - c.input.y, 2) +
+                   std::pow(c.speaker.z - c.input.z, 2)) -
+         0.02) /
+        0.98;
+    const double d1 = (std::sqrt(std::pow(0.5 - c.input.x, 2) + std::pow(0.5 - c.input.y, 2) +
+                                 std::pow(0.5 - c.input.z, 2)) -
+                       0.02) /
+                      0.98;
+    const double w0 = c.fade * std::exp2(-4 * d0);
+    const double w1 = std::exp2(-4 * d1);
+    gains = row();
+    EXPECT_NEAR(gains[0], w0 / (w0 + w1), 1e-13) << c.input.x << " " << c.input.y;
+  }
 }
 
 TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRowAndTheLfeIsNeverNormalised) {
@@ -114,13 +205,19 @@ TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRowAndTheLfeIsNeverNormalised) {
   EXPECT_EQ(row()[3], 1.0);
   plugin->model.speakers[0].gain = plugin->model.speakers[3].gain = 0.5;
   plugin->model.inputs[0].gain = 3.0;
-  const auto gains = row();
+  auto gains = row();
   EXPECT_EQ(gains[0], 1.5);
   EXPECT_EQ(gains[3], 1.5);
+  placeInput(-0.75, 1);  // between front left and centre: the pan divides, the LFE send stays
+  plugin->model.inputs[0].gain = 1.0;
+  plugin->model.speakers[0].gain = plugin->model.speakers[3].gain = 1.0;
+  gains = row();
+  EXPECT_EQ(gains[3], 1.0);
+  EXPECT_NEAR(gains[0] + gains[1] + gains[2] + gains[4] + gains[5], 1.0, 1e-15);
 }
 
 TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
-  speakersAt({{0, 0.5, 0}, {0.25, 0.5, 0}, {0.5, 0.5, 0}});
+  speakersAt({{0, 0.5, 0}, {0.25, 0.5, 0}, {0.5, 0.5, 0}, {-0.25, 0.5, 0}});
   placeInput(0.25, 0.3);
   const auto plain = row();
   plugin->model.centerTrim = 2.0;
@@ -128,6 +225,19 @@ TEST_F(GainLaw, CentreTrimActsInsideTheCentreBandOnly) {
   expectRelative(trimmed[0], plain[0] * 2.0);
   expectRelative(trimmed[1], plain[1] * 1.5);
   EXPECT_EQ(trimmed[2], plain[2]);
+  expectRelative(trimmed[3], plain[3] * 1.5);
+  plugin->model.spaceScaleX = 0.25;  // the band is of the speaker's own x, not the scaled one
+  plugin->model.centerTrim = 1.0;
+  const auto narrow = row();
+  plugin->model.centerTrim = 0.0;
+  const auto silenced = row();
+  EXPECT_EQ(silenced[0], 0.0);
+  expectRelative(silenced[1], narrow[1] * 0.5);
+  EXPECT_EQ(silenced[2], narrow[2]);
+  plugin->model.optionFlags = 0;  // normalising spreads the trimmed weights over the rest
+  const auto normalised = row();
+  EXPECT_EQ(normalised[0], 0.0);
+  EXPECT_NEAR(normalised[1] + normalised[2] + normalised[3], 1.0, 1e-15);
 }
 
 TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
@@ -135,18 +245,53 @@ TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
   placeInput(0, 0);
   plugin->model.inputs[0].diffuse = 0.4;
   auto gains = row();
-  expectRelative(gains[0], 1 - (0.1 - 0.02) / 0.98);  // 0.1 beyond the corner (0.4, 0)
-  expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
-  expectRelative(gains[2], 1 - (0.1 + std::sqrt(0.34) - 0.5 - 0.02) / 0.98);  // height adds
+  expectRelative(gains[0], absoluteGain(0.1));  // 0.1 beyond the corner (0.4, 0)
+  expectRelative(gains[1], absoluteGain(0.1));
+  expectRelative(gains[2], absoluteGain(0.1 + std::sqrt(0.34) - 0.5));  // height adds
   plugin->model.inputs[0].diffuseBias = 1.0;  // no spread across: only depth
   gains = row();
-  expectRelative(gains[0], 1 - (0.5 - 0.4e-6 - 0.02) / 0.98);
-  expectRelative(gains[1], 1 - (0.1 - 0.02) / 0.98);
+  expectRelative(gains[0], absoluteGain(0.5 - 0.4e-6));
+  expectRelative(gains[1], absoluteGain(0.1));
   plugin->model.inputs[0].diffuseBias = 0.0;
   plugin->model.inputs[0].diffuseAngle = 0.25;  // turn by a quarter of pi: corners off the axes
   gains = row();
   const double edge = 0.5 - 0.4 / std::sqrt(2.0);  // distance from a diamond edge's midpoint
-  EXPECT_NEAR(gains[0], 1 - (edge - 0.02) / 0.98, 1e-12);
+  EXPECT_NEAR(gains[0], absoluteGain(edge), 1e-12);
+}
+
+// Where the nearest point of the diamond lies: a corner, the edge between them, or nowhere (the
+// speaker is inside and only its height counts); biased and turned shapes.
+TEST_F(GainLaw, DiamondDistancesFromEachPartOfItsEdge) {
+  struct Case {
+    const char* what;
+    Position3 speaker;
+    double diffuse, bias, angle;
+    double distance;
+  };
+  const double h = std::sqrt(0.01 + 0.09);
+  const Case cases[] = {
+      {"corner (0, a)", {0.05, 0.6, 0}, 0.4, 0, 0, std::sqrt(0.05 * 0.05 + 0.2 * 0.2)},
+      {"corner (b, 0)", {0.7, -0.05, 0}, 0.4, 0, 0, std::sqrt(0.3 * 0.3 + 0.05 * 0.05)},
+      {"edge", {0.3, 0.3, 0}, 0.4, 0, 0, 0.2 / std::sqrt(2.0)},
+      {"inside: height only", {0.1, 0, 0.3}, 0.4, 0, 0, h - 0.1},
+      {"depth narrowed", {0, 0.5, 0}, 0.4, -0.5, 0, 0.3},
+      {"depth a line", {0, -0.5, 0}, 0.4, -1, 0, 0.5 - 0.4e-6},
+      {"across narrowed", {-0.5, 0, 0}, 0.4, 0.75, 0, 0.4},
+      {"turned a quarter: the narrow spread in depth", {0, 0.6, 0}, 0.4, 0.5, 0.5, 0.4},
+      {"turned a quarter back", {0, 0.6, 0}, 0.4, 0.5, -0.5, 0.4},
+      {"turned a quarter: the wide spread across", {0.6, 0, 0}, 0.4, 0.5, 0.5, 0.2},
+      {"turned a half: the same diamond", {0.6, 0.1, 0}, 0.4, 0.5, 1.0, std::sqrt(0.17)},
+  };
+  speakersAt({{0, 0, 0}});
+  placeInput(0, 0);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    setSpeaker(*plugin, 0, "s", c.speaker.x, c.speaker.y, c.speaker.z, 1.0);
+    plugin->model.inputs[0].diffuse = c.diffuse;
+    plugin->model.inputs[0].diffuseBias = c.bias;
+    plugin->model.inputs[0].diffuseAngle = c.angle;
+    EXPECT_NEAR(row()[0], absoluteGain(c.distance), 1e-13);
+  }
 }
 
 TEST_F(GainLaw, TinyDiffusionTakesTheDiamondPathContinuously) {
@@ -166,6 +311,12 @@ TEST_F(GainLaw, NoReachAndNoWeightGiveZeroNotNaN) {
     plugin->model.optionFlags = flags;
     EXPECT_EQ(row(), (std::vector<double>{0.0, 0.0})) << flags;
   }
+  plugin->model.speakers[1].influence = 1.0;  // out of reach, the other takes it all
+  plugin->model.optionFlags = kOptionRelativeInfluence;
+  EXPECT_EQ(row(), (std::vector<double>{0.0, 1.0}));
+  plugin->model.speakers[0].influence = 1.0;  // a gain no parameter reaches is silenced
+  plugin->model.speakers[0].gain = HUGE_VAL;
+  EXPECT_EQ(row()[0], 0.0);
 }
 
 TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
@@ -179,4 +330,102 @@ TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
   plugin->mix.targetGains.resize(1);
   computeInputGains(*plugin, 0);
   EXPECT_EQ(plugin->mix.targetGains[0], 7.0);
+}
+
+TEST_F(GainLaw, MarkedRowsAreComputedAndNoOthers) {
+  setInputCount(*plugin, 5);
+  speakersAt({{-1, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+  sizeMatrices(*plugin);
+  for (int i = 0; i < 5; ++i) plugin->model.inputs[i].x = 0.2 * i - 0.4;
+  for (double& g : plugin->mix.targetGains) g = -1.0;
+  computeMarkedInputGains(*plugin, 0b10110 | (std::uint64_t{1} << 63));
+  for (int i = 0; i < 5; ++i) {
+    const std::vector<double> expected =
+        (0b10110 >> i) & 1 ? scalarRow(*plugin, i) : std::vector<double>(3, -1.0);
+    expectAgreement(targetRow(*plugin, i), expected);
+  }
+}
+
+// Random rooms in every mode, inputs anywhere including on and past the (scaled) walls: every
+// path agrees with the scalar law within 1e-12 of each row's sum, in the audio routine's
+// floating-point state.
+TEST(GainLawPaths, EveryPathAgreesWithTheScalarLawOnRandomRooms) {
+  RecordingHost host;
+  std::mt19937 random(1717);
+  std::uniform_real_distribution<double> unit(0.0, 1.0);
+  const auto pick = [&](std::initializer_list<double> choices) {
+    return *(choices.begin() + static_cast<int>(unit(random) * choices.size()));
+  };
+  const auto coordinate = [&] {
+    return unit(random) < 0.15 ? pick({-1.0, 1.0}) : 2 * unit(random) - 1;
+  };
+  auto plugin = makeEngineInstance(8);
+  const int kRooms = 120;
+  for (int room = 0; room < kRooms; ++room) {
+    setSpeakerCount(*plugin, 1 + static_cast<int>(unit(random) * 64));
+    for (int s = 0; s < plugin->speakerCount(); ++s) {
+      setSpeaker(*plugin, s, "s", coordinate(), coordinate(),
+                 unit(random) < 0.5 ? 0.0 : coordinate(),
+                 unit(random) < 0.05 ? 0.0 : 2 * unit(random));
+      plugin->model.speakers[s].isLfe = unit(random) < 0.1;
+      plugin->model.speakers[s].gain = unit(random) < 0.5 ? 1.0 : 4 * unit(random);
+    }
+    ModelState& model = plugin->model;
+    model.optionFlags = kModes[static_cast<int>(unit(random) * 3)];
+    model.centerTrim = unit(random) < 0.5 ? 1.0 : 4 * unit(random);
+    model.spaceScaleX = pick({1.0, 0.5, 2.0, 0.1 + unit(random)});
+    model.spaceScaleY = pick({1.0, 0.25, 1.5 + unit(random) / 2});
+    model.spaceScaleZ = pick({1.0, 2e-6, 0.5 + unit(random)});
+    for (InputChannel& in : model.inputs) {
+      in.x = coordinate();
+      in.y = coordinate();
+      in.z = unit(random) < 0.5 ? 0.0 : coordinate();
+      in.diffuse = pick({0.0, 1e-12, unit(random), unit(random) / 4});
+      in.diffuseBias = pick({0.0, -1.0, 1.0, 2 * unit(random) - 1});
+      in.diffuseAngle = pick({0.0, 2 * unit(random) - 1});
+      in.lfeSend = 4 * unit(random);
+      in.gain = pick({1.0, 4 * unit(random)});
+    }
+    sizeMatrices(*plugin);
+    DenormalGuard audioState;
+    std::vector<std::vector<double>> reference;
+    for (int i = 0; i < plugin->inputCount(); ++i) reference.push_back(scalarRow(*plugin, i));
+    for (MixPath path : supportedPaths()) {
+      SCOPED_TRACE(testing::Message() << "room " << room << ", " << gainLawKernelsFor(path).name);
+      ASSERT_TRUE(forceMixPath(*plugin, path));
+      computeMarkedInputGains(*plugin, ~std::uint64_t{0});
+      for (int i = 0; i < plugin->inputCount(); ++i) {
+        SCOPED_TRACE(i);
+        expectAgreement(targetRow(*plugin, i), reference[static_cast<std::size_t>(i)]);
+      }
+    }
+  }
+  destroyEngine(*plugin);
+}
+
+// 2^x as the relative law computes it: within 2 ulp where the result is a normal number, 0 below.
+TEST(GainLawPaths, PowersOfTwoWithinAFewUlp) {
+  std::vector<double> x = {0.0,   1.0,   -1.0,         0.5,    -0.5,   0.49999999999, -3.7,
+                           -1021, -1022, -1022 + 1e-9, 1023.0, 700.25, -HUGE_VAL};
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> exponent(-1022.0, 1023.0);
+  for (int k = 0; k < 2000; ++k) x.push_back(k < 1000 ? exponent(random) / 256 : exponent(random));
+  const std::vector<double> below = {-1022.0000001, -1023, -1100, -1e300, -HUGE_VAL};
+  for (MixPath path : supportedPaths()) {
+    SCOPED_TRACE(gainLawKernelsFor(path).name);
+    std::vector<double> result(x.size());
+    gainLawKernelsFor(path).powersOfTwo(x.data(), result.data(), static_cast<int>(x.size()));
+    for (std::size_t k = 0; k < x.size(); ++k) {
+      const double expected = std::exp2(x[k]);
+      if (expected < DBL_MIN) {
+        EXPECT_EQ(result[k], 0.0) << x[k];
+      } else {
+        const double ulp = std::nextafter(expected, HUGE_VAL) - expected;
+        ASSERT_LE(std::fabs(result[k] - expected), 2 * ulp) << "2^" << x[k];
+      }
+    }
+    std::vector<double> zeros(below.size(), 1.0);
+    gainLawKernelsFor(path).powersOfTwo(below.data(), zeros.data(), static_cast<int>(below.size()));
+    EXPECT_EQ(zeros, std::vector<double>(below.size(), 0.0));
+  }
 }
