@@ -1,6 +1,7 @@
 // The panning law: reference values and the behaviour at its edges.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "../model/model_fixture.h"
@@ -179,4 +180,69 @@ TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
   plugin->mix.targetGains.resize(1);
   computeInputGains(*plugin, 0);
   EXPECT_EQ(plugin->mix.targetGains[0], 7.0);
+}
+
+TEST_F(GainLaw, BiasNarrowsTheDiamondAlongOneAxisAndHeightStillAdds) {
+  speakersAt({{0.5, 0, 0}, {0, 0.5, 0}, {0.1, 0, 0.3}, {0, -0.1, -0.3}});
+  placeInput(0, 0);
+  plugin->model.inputs[0].diffuse = 0.4;
+  // Planar distances to the first two speakers from the diamond's edge: bias > 0 narrows across
+  // (x), bias < 0 in depth (y); the last two stand above and below a point inside the diamond.
+  const double inside = std::sqrt(0.01 + 0.09) - 0.1;
+  const struct {
+    double bias, acrossDistance, depthDistance;
+  } cases[] = {{0.0, 0.1, 0.1},
+               {0.5, 0.3, 0.1},
+               {1.0, 0.5 - 0.4e-6, 0.1},
+               {-0.5, 0.1, 0.3},
+               {-1.0, 0.1, 0.5 - 0.4e-6}};
+  for (const auto& c : cases) {
+    plugin->model.inputs[0].diffuseBias = c.bias;
+    const auto gains = row();
+    EXPECT_NEAR(gains[0], 1 - (c.acrossDistance - 0.02) / 0.98, 1e-12) << c.bias;
+    EXPECT_NEAR(gains[1], 1 - (c.depthDistance - 0.02) / 0.98, 1e-12) << c.bias;
+    if (c.bias == 0.0) {
+      EXPECT_NEAR(gains[2], 1 - (inside - 0.02) / 0.98, 1e-12);
+      EXPECT_NEAR(gains[3], 1 - (inside - 0.02) / 0.98, 1e-12);
+    }
+  }
+}
+
+TEST_F(GainLaw, WallFadeRunsOverTheLastTenthOfTheRoomsSpan) {
+  plugin->model.optionFlags = kOptionRelativeInfluence;
+  speakersAt({{-1, 0, 0}, {1, 0, 0}});
+  const struct {
+    double scale, inputX, fade;  // of the far speaker, 2 * scale - 0.1 .. 2 * scale away
+  } cases[] = {{1.0, 0.85, 1.0}, {1.0, 0.925, 0.75}, {1.0, 0.95, 0.5}, {0.5, 0.45, 0.5}};
+  for (const auto& c : cases) {
+    plugin->model.spaceScaleX = c.scale;
+    placeInput(c.inputX, 0);
+    const double dFar = (c.scale + c.inputX - 0.02) / 0.98;
+    const double dNear = (c.scale - c.inputX - 0.02) / 0.98;
+    const double wFar = std::min(1.0, dNear / 0.1) * c.fade / std::exp2(4 * dFar);
+    const double wNear = 1.0 / std::exp2(4 * dNear);
+    const auto gains = row();
+    EXPECT_NEAR(gains[0], wFar / (wFar + wNear), 1e-12) << c.inputX << " at scale " << c.scale;
+    EXPECT_NEAR(gains[0] + gains[1], 1.0, 1e-12);
+  }
+}
+
+TEST_F(GainLaw, TheLfeSendIsNeverDividedByTheRowsTotal) {
+  applyLayoutPreset(*plugin, 5);
+  placeInput(0.1, -0.2);  // between speakers: the panned total is not 1 before normalising
+  plugin->model.inputs[0].lfeSend = 2.0;
+  for (std::uint32_t flags : kModes) {
+    plugin->model.optionFlags = flags;
+    EXPECT_EQ(row()[3], 0.5) << flags;
+  }
+}
+
+TEST_F(GainLaw, RelativeRowNormalisesPastASpeakerWithoutReachOnTheInput) {
+  plugin->model.optionFlags = kOptionRelativeInfluence;
+  speakersAt({{0, 0, 0}, {0.3, 0, 0}});
+  plugin->model.speakers[0].influence = 0.0;
+  placeInput(0, 0);
+  const auto gains = row();
+  EXPECT_EQ(gains[0], 0.0);
+  EXPECT_NEAR(gains[1], 1.0, 1e-15);
 }

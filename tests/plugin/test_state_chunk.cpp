@@ -304,6 +304,25 @@ TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
                                          -1.0, 0.0, 1.0, 0.0, 0.0}));
 }
 
+TEST_F(StateChunk, HeaderIntegersLandOnValuesTheEditorCanShow) {
+  const struct {
+    std::int32_t written, layout, faderOffset, knobMode;
+  } cases[] = {{10, 10, 8, 10},  {7, 7, 4, 7},   {11, 10, 8, 11},
+               {63, 10, 60, 63}, {-2, -1, 0, 0}, {80, 10, 60, 73}};
+  for (const auto& c : cases) {
+    BlockBuilder b;
+    b.i32(4).i32(c.written).i32(2).i32(c.written).i32(c.written);
+    b.i32(c.written).i32(c.written).i32(c.written).i32(0);
+    b.f64(1.0).f64(0.48).f64(1.0).f64(1.0).f64(1.0).i32(0).i32(0);
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->model.layoutPreset, c.layout) << c.written;
+    EXPECT_EQ(plugin->editor.inputFaderOffset, c.faderOffset) << c.written;
+    EXPECT_EQ(plugin->editor.speakerFaderOffset, c.faderOffset) << c.written;
+    EXPECT_EQ(plugin->editor.groupKnobModes[2], c.knobMode) << c.written;
+    EXPECT_EQ(saved(*plugin)[4], static_cast<unsigned char>(c.layout));  // and saved as loaded
+  }
+}
+
 TEST_F(StateChunk, TwoInstancesSavingAtOnceKeepTheirOwnBlocks) {
   setSpeakerCount(*other, 40);
   const Bytes expectedA = saved(*plugin);
