@@ -12,6 +12,7 @@ import os
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -74,6 +75,8 @@ def candidates(lines):
         for kind, pattern, replacement in REPLACEMENTS:
             for match in re.finditer(r"(?<!\w)" + re.escape(pattern) + r"(?!\w)"
                                      if pattern.isalpha() else re.escape(pattern), code):
+                if pattern == " + " and '"' in (code[match.start() - 1], code[match.end()]):
+                    continue  # joins text: the mutant would not compile
                 found.append((index, match.start(), len(pattern), replacement, kind))
         for match in NUMBER.finditer(code):
             found.append((index, match.start(1), len(match.group(1)),
@@ -187,6 +190,7 @@ def main():
     if verdict() != "survived":
         sys.exit("the tests fail without any mutant; fix them first")
     results = {"caught": [], "timeout": [], "survived": [], "stillborn": []}
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("stopped"))
     try:
         for mutant in chosen:
             if len(results["caught"]) + len(results["timeout"]) + len(results["survived"]) \
@@ -203,7 +207,6 @@ def main():
     finally:
         with open(path, "w", encoding="utf-8") as f:
             f.write(original)
-    run(build_command, env=env)
     tried = len(results["caught"]) + len(results["timeout"]) + len(results["survived"])
     print(f"{args.file}: caught {len(results['caught'])} of {tried}"
           f" (+{len(results['timeout'])} only by a timeout;"
