@@ -60,6 +60,8 @@ TEST(AutomationCsv, BadLinesNameFileLineAndField) {
        "moves.csv:2: time 'time' is not a number of seconds >= 0"},
   };
   for (const auto& [text, message] : cases) EXPECT_EQ(parseError(text), message) << text;
+  EXPECT_EQ(errorOf([] { loadAutomationCsv("/no/such/moves.csv"); }),
+            "cannot read the automation file /no/such/moves.csv");
 }
 
 TEST(AutomationCsv, TimesRoundToTheNearestSample) {
