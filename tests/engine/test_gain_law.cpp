@@ -64,6 +64,8 @@ TEST_F(GainLaw, AbsoluteLawFromTheDeadZoneToTheEdgeOfReach) {
   placeInput(0, 0);
   // At the input's point, at the edge of reach (1 - (1 - 0.02) / 0.98), inside the dead zone.
   EXPECT_EQ(row(), (std::vector<double>{1.0, 0.0, 1.0}));
+  plugin->model.speakers[1].influence = 2.0;  // twice the reach: half way to its edge
+  EXPECT_EQ(row()[1], 0.5);
   speakersAt({{-0.1, 0, 0}, {0.1, 0, 0}});  // without normalisation the sum may exceed 1
   const auto gains = row();
   expectRelative(gains[0], 1 - 0.08 / 0.98);
