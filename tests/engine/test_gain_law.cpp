@@ -143,6 +143,10 @@ TEST_F(GainLaw, OnlyValidRowsOfASizedMatrixAreWritten) {
   plugin->mix.targetGains.resize(1);
   computeInputGains(*plugin, 0);
   EXPECT_EQ(plugin->mix.targetGains[0], 7.0);
+  plugin->mix.targetGains.resize(4);  // in step, with room past the one row
+  for (int k = 0; k < 4; ++k) plugin->mix.targetGains[k] = 7.0;
+  computeInputGains(*plugin, 1);  // no such input
+  EXPECT_EQ(plugin->mix.targetGains[2] + plugin->mix.targetGains[3], 14.0);
 }
 
 TEST_F(GainLaw, DiffusionDiamondNarrowsWithBiasTurnsWithAngleAndHeightAdds) {
