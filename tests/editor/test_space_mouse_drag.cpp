@@ -60,6 +60,7 @@ TEST(DragInput, TheGroupMovesAsOneMirroringInputsOfTheOtherReverse) {
 TEST(DragInput, TheGroupStopsWhenOneMemberReachesTheBorder) {
   // Input 0 sits at the centre (pixel 100, 100 at every zoom) and is dragged by (dx, dy) pixels;
   // input 1, selected with it, is near a border. A second step further out changes nothing.
+  // Input 2, unselected, sits nearer the border still and neither moves nor stops the group.
   const struct {
     const char* what;
     double zoom;
@@ -73,7 +74,7 @@ TEST(DragInput, TheGroupStopsWhenOneMemberReachesTheBorder) {
       {"mirrored one stops left", 0.5, {-0.9, 0, 0}, true, 20, 0, {0.06, 0, 0}, {-0.96, 0, 0}},
       {"front at zoom 0.5", 0.5, {0, 0.9, 0}, false, 0, 20, {0, 0.06, 0}, {0, 0.96, 0}}};
   for (const auto& c : cases) {
-    auto plugin = makeRoom({{0.0, 0.0, 0.0}, c.second});
+    auto plugin = makeRoom({{0.0, 0.0, 0.0}, c.second, {0.95, 0.95, 0.0}});
     plugin->view.zoom = c.zoom;
     plugin->model.inputs[1].reverse = c.mirrored ? 1 : 0;
     selectInputs(*plugin, {0, 1});
@@ -83,6 +84,7 @@ TEST(DragInput, TheGroupStopsWhenOneMemberReachesTheBorder) {
     EXPECT_TRUE(dragTo(*plugin, 100 + 2 * c.dx, 100 - 2 * c.dy, kViewSize, kViewSize));
     expectPlace(plugin->model.inputs[0], c.firstAfter, c.what);
     expectPlace(plugin->model.inputs[1], c.secondAfter, c.what);
+    expectPlace(plugin->model.inputs[2], {0.95, 0.95, 0.0}, c.what);
     EXPECT_TRUE(host.calls().empty()) << c.what;
   }
 }
@@ -124,9 +126,14 @@ TEST(DragSpeaker, MovesOneSpeakerInModelUnitsLimitedAfterTheRoomScale) {
   EXPECT_EQ(plugin->model.changeFlags.load(), kChangeSpeakers);
   EXPECT_TRUE(dragTo(*plugin, 260, 40, kViewSize, kViewSize));
   EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance) << "1.6 / 1.5 is past L";
-  HeldKeys alt(false, false, true);
-  EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->model.speakers[0].z, 0.1, kTolerance);
+  {
+    HeldKeys alt(false, false, true);
+    EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));
+    EXPECT_NEAR(plugin->model.speakers[0].z, 0.1, kTolerance);
+    EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance);
+  }
+  EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));  // Alt let go: no jump to the mouse
+  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kTolerance);
   EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance);
 }
 

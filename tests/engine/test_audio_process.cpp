@@ -117,6 +117,26 @@ TEST_F(AudioProcess, MetersShowInputAfterItsGainAndOutputsAfterTheMix) {
   EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 0.0);
 }
 
+TEST_F(AudioProcess, MetersFollowTheScrolledStripsAndOnlyTheHostsInputs) {
+  setSpeakerCount(*plugin, 20);
+  plugin->host.effect.numOutputs = 20;
+  plugin->editor.speakerFaderOffset = 4;
+  plugin->model.inputs[0].x = plugin->model.speakers[5].x;  // loudest on speaker 5, slot 1
+  plugin->model.inputs[0].y = plugin->model.speakers[5].y;
+  markInputsDirty(*plugin, 0);
+  const auto out = processBlock(*plugin, constant({0.5}, 8), 20, 8);
+  EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.5);
+  for (int j = 0; j < kMeterSlots; ++j)
+    EXPECT_EQ(plugin->mix.speakerPeaks[j].load(), std::fabs(out[4 + j][7])) << j;
+  setInputCount(*plugin, 3);  // the host still gives one buffer: the others are never read
+  plugin->host.effect.numInputs = 1;
+  plugin->editor.inputFaderOffset = 0;
+  processBlock(*plugin, constant({0.75, 9.0, 9.0}, 8), 20, 8);
+  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.75);
+  EXPECT_EQ(plugin->mix.inputPeaks[1].load(), 0.0);
+  EXPECT_EQ(plugin->mix.inputPeaks[2].load(), 0.0);
+}
+
 TEST_F(AudioProcess, AZeroFrameBlockWritesNothingAndSettlesPendingGains) {
   inputOnLeftSpeaker(1.0);
   processBlock(*plugin, constant({1.0}, 8), 2, 8);

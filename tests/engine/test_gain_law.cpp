@@ -102,13 +102,16 @@ TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
   expectRelative(gains[1], 0.20264504594795882);
 }
 
-TEST_F(GainLaw, SurroundInputOnAFrontSpeakerWithLfeSend) {
+TEST_F(GainLaw, OnAFrontSpeakerOnlyItSoundsAndTheLfeSendIsNeverDividedByTheRowsTotal) {
   applyLayoutPreset(*plugin, 5);
-  placeInput(-1, 1);
-  plugin->model.inputs[0].lfeSend = 1.0;
   for (std::uint32_t flags : kModes) {
     plugin->model.optionFlags = flags;
+    placeInput(-1, 1);
+    plugin->model.inputs[0].lfeSend = 1.0;
     EXPECT_EQ(row(), (std::vector<double>{1.0, 0.0, 0.0, 0.25, 0.0, 0.0})) << flags;
+    placeInput(0.1, -0.2);  // between speakers: the panned total is not 1 before normalising
+    plugin->model.inputs[0].lfeSend = 2.0;
+    EXPECT_EQ(row()[3], 0.5) << flags;
   }
 }
 
@@ -195,6 +198,16 @@ TEST_F(GainLaw, RelativeLawFadesSpeakersAsTheInputReachesTheOppositeWall) {
     gains = row();
     EXPECT_NEAR(gains[0], w0 / (w0 + w1), 1e-13) << c.input.x << " " << c.input.y;
   }
+}
+
+TEST_F(GainLaw, RelativeRowNormalisesPastASpeakerWithoutReachOnTheInput) {
+  plugin->model.optionFlags = kOptionRelativeInfluence;
+  speakersAt({{0, 0, 0}, {0.3, 0, 0}});
+  plugin->model.speakers[0].influence = 0.0;
+  placeInput(0, 0);
+  const auto gains = row();
+  EXPECT_EQ(gains[0], 0.0);
+  EXPECT_NEAR(gains[1], 1.0, 1e-15);
 }
 
 TEST_F(GainLaw, SpeakerAndInputGainsScaleTheRowAndTheLfeIsNeverNormalised) {

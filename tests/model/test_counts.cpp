@@ -73,6 +73,9 @@ TEST(FaderStrips, OffsetResetsWhenTheCountNoLongerReachesPastIt) {
   plugin->editor.speakerFaderOffset = 16;
   setSpeakerCount(*plugin, 28);
   EXPECT_EQ(plugin->editor.speakerFaderOffset, 16);
+  setSpeakerCount(*plugin, 27);
+  EXPECT_EQ(plugin->editor.speakerFaderOffset, 0);
+  plugin->editor.speakerFaderOffset = 16;
   applyLayoutPreset(*plugin, 7);  // presets always start the strip over
   EXPECT_EQ(plugin->editor.speakerFaderOffset, 0);
 }

@@ -134,6 +134,16 @@ TEST(CustomSpeakerCount, RenamesPresetSpeakersAndKeepsTheirPlaces) {
   }
 }
 
+TEST(CustomSpeakerCount, SpeakersAddedToAnItuLayoutTakeItsInfluence) {
+  RecordingHost host;
+  for (const auto& [preset, influence] : {std::pair{7, 1.0}, {8, 0.875}, {10, 0.875}}) {
+    auto plugin = makeInstance(2);
+    applyLayoutPreset(*plugin, preset);
+    setSpeakerCount(*plugin, plugin->speakerCount() + 1);
+    EXPECT_EQ(plugin->model.speakers[plugin->speakerCount() - 1].influence, influence) << preset;
+  }
+}
+
 TEST(CustomSpeakerCount, KeepsNamesOfACustomLayoutNamesByAlphabetRoundsAndStopsAt64) {
   RecordingHost host;
   auto plugin = makeInstance(2);

@@ -74,6 +74,8 @@ TEST(ParameterValues, MapEachFieldBothWaysWithinItsRange) {
       {4, inf, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 1.0, 0.25f},
       {5, 0.75f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, 0.5, 0.75f},
       {5, -3.0f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, -1.0, 0.0f},
+      {8, 0.125f, [](const PannerPlugin& p) { return p.model.inputs[0].lfeSend; }, 0.5, 0.125f},
+      {9, 0.5f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuse; }, 0.5, 0.5f},
       {10, 0.0f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseBias; }, -1.0, 0.0f},
       {11, 0.3f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseAngle; }, 0.3f, 0.3f},
       {12, 0.5f, [](const PannerPlugin& p) { return double(p.model.inputs[0].mute); }, 1, 1.0f},

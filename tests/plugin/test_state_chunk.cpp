@@ -1,8 +1,12 @@
 // The saved state block: layout, round trips, older versions, cut-off and hostile blocks.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <future>
 #include <limits>
 #include <string>
 #include <thread>
@@ -28,6 +32,15 @@ void load(PannerPlugin& plugin, const Bytes& block, std::size_t length) {
 }
 void load(PannerPlugin& plugin, const Bytes& block) {
   load(plugin, block, block.size());
+}
+
+// A loader that never finishes ends the test program within seconds instead of hanging the run.
+void loadWithinSeconds(PannerPlugin& plugin, const Bytes& block) {
+  auto loaded = std::async(std::launch::async, [&] { load(plugin, block); });
+  if (loaded.wait_for(std::chrono::seconds(10)) == std::future_status::timeout) {
+    std::fprintf(stderr, "loading a %zu-byte block did not end within 10 s\n", block.size());
+    std::_Exit(1);
+  }
 }
 
 // Writes blocks of any version by hand.
@@ -260,7 +273,7 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     BlockBuilder b;                 // parsing ends with the data, not with 2^31 empty records
     b.header(4, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::max());
     b.bytes.resize(b.bytes.size() + static_cast<std::size_t>(trailing), 0xAB);
-    load(*plugin, b.bytes);
+    loadWithinSeconds(*plugin, b.bytes);
     EXPECT_EQ(plugin->inputCount(), 64);
     EXPECT_EQ(plugin->speakerCount(), 64);
     EXPECT_EQ(plugin->model.inputs[1].gain, 0.0);
@@ -302,6 +315,25 @@ TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
                                       sp.influence};
   EXPECT_EQ(loaded, (std::vector<double>{1.0, 0.48, 1.0, 2.0, 2e-6, 1.0, 0.0, 4.8, -4.8, 0.0, 1.0,
                                          -1.0, 0.0, 1.0, 0.0, 0.0}));
+}
+
+TEST_F(StateChunk, HeaderIntegersLandOnValuesTheEditorCanShow) {
+  const struct {
+    std::int32_t written, layout, faderOffset, knobMode;
+  } cases[] = {{10, 10, 8, 10},  {7, 7, 4, 7},   {11, 10, 8, 11},
+               {63, 10, 60, 63}, {-2, -1, 0, 0}, {80, 10, 60, 73}};
+  for (const auto& c : cases) {
+    BlockBuilder b;
+    b.i32(4).i32(c.written).i32(2).i32(c.written).i32(c.written);
+    b.i32(c.written).i32(c.written).i32(c.written).i32(0);
+    b.f64(1.0).f64(0.48).f64(1.0).f64(1.0).f64(1.0).i32(0).i32(0);
+    load(*plugin, b.bytes);
+    EXPECT_EQ(plugin->model.layoutPreset, c.layout) << c.written;
+    EXPECT_EQ(plugin->editor.inputFaderOffset, c.faderOffset) << c.written;
+    EXPECT_EQ(plugin->editor.speakerFaderOffset, c.faderOffset) << c.written;
+    EXPECT_EQ(plugin->editor.groupKnobModes[2], c.knobMode) << c.written;
+    EXPECT_EQ(saved(*plugin)[4], static_cast<unsigned char>(c.layout));  // and saved as loaded
+  }
 }
 
 TEST_F(StateChunk, TwoInstancesSavingAtOnceKeepTheirOwnBlocks) {

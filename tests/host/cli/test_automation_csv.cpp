@@ -48,11 +48,28 @@ TEST(AutomationCsv, BadLinesNameFileLineAndField) {
       {"# c\nsoon,gain,0.5\n", "moves.csv:2: time 'soon' is not a number of seconds >= 0"},
       {"0, ,0.5\n", "moves.csv:1: the parameter is empty"},
       {"0,gain,1.5\n", "moves.csv:1: value 1.5 is outside 0..1"},
+      {"0,gain,-0.01\n", "moves.csv:1: value -0.01 is outside 0..1"},
+      {"0,gain,0,5\n", "moves.csv:1: expected 3 fields (time, parameter, value), found 4"},
+      {"-0.5,gain,0.5\n", "moves.csv:1: time '-0.5' is not a number of seconds >= 0"},
+      {"inf,gain,0.5\n", "moves.csv:1: time 'inf' is not a number of seconds >= 0"},
+      {"0,gain,nan\n", "moves.csv:1: value 'nan' is not a number"},
+      {"0,gain,0.5x\n", "moves.csv:1: value '0.5x' is not a number"},
+      {"0,gain,\n", "moves.csv:1: value '' is not a number"},
+      {"tempo,gain,0.5\n", "moves.csv:1: time 'tempo' is not a number of seconds >= 0"},
       {"0,\"gain,0.5\n", "moves.csv:1: a quote is not closed"},
       {"time,parameter,value\ntime,parameter,value\n",
        "moves.csv:2: time 'time' is not a number of seconds >= 0"},
   };
   for (const auto& [text, message] : cases) EXPECT_EQ(parseError(text), message) << text;
+  EXPECT_EQ(errorOf([] { loadAutomationCsv("/no/such/moves.csv"); }),
+            "cannot read the automation file /no/such/moves.csv");
+}
+
+TEST(AutomationCsv, TimesRoundToTheNearestSample) {
+  const std::tuple<double, double, std::int64_t> cases[] = {
+      {0.006, 44100, 265}, {0.01, 44100, 441}, {0.0125, 48000, 600}, {1.1e-5, 44100, 0}};
+  for (const auto& [seconds, rate, sample] : cases)
+    EXPECT_EQ(samplePositionOf(seconds, rate), sample) << seconds << " s at " << rate;
 }
 
 // What the recorder writes, read by the render's own parser, lands on the same sample with the

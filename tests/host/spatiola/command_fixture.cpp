@@ -42,6 +42,7 @@ RunningCommand startCommand(const std::vector<std::string>& argv, const std::str
     args.reserve(argv.size() + 1);
     for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
     args.push_back(nullptr);
+    alarm(kCommandSeconds);  // a program caught in a loop fails its test, not the whole run
     execv(args[0], args.data());
     _exit(127);
   }

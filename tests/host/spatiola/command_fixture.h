@@ -18,7 +18,9 @@ struct CommandResult {
 };
 
 // Runs a program the way a user would: argv[0] is its path, `stdinPath` (optional) is fed as
-// standard input, and what it printed is kept.
+// standard input, and what it printed is kept. One still running after kCommandSeconds is stopped
+// by SIGALRM (exit code 142).
+constexpr unsigned kCommandSeconds = 60;
 CommandResult runCommand(const std::vector<std::string>& argv, const std::string& stdinPath = "");
 
 // The same in two steps, for tests that signal the program while it runs.

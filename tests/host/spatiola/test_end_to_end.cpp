@@ -77,6 +77,29 @@ TEST_F(EndToEnd, AutomationTakesEffectAtItsExactSample) {
       << readFile(path("state.txt"));
 }
 
+TEST_F(EndToEnd, AutomationTakesEffectAtItsNearestSample) {
+  std::ofstream(path("moves.csv"))
+      << "time,parameter,value\n0.0125,0,1\n0.01,gain,0.25\n0.006,gain,0.375\n";
+  const struct {
+    int rate;
+    std::array<std::int64_t, 3> samples;  // 0.006 s, 0.01 s, 0.0125 s: 264.6 rounds up
+  } cases[] = {{48000, {288, 480, 600}}, {44100, {265, 441, 551}}};
+  for (const auto& c : cases) {
+    writeAudio(path("ones.wav"), 1, std::vector<double>(1000, 0.5), c.rate);
+    const CommandResult run =
+        spatiola({"render", "--plugin", kProbe, "--block", "256", "--automation", path("moves.csv"),
+                  path("ones.wav"), path("out.w64")});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const AudioData out = readAudio(path("out.w64"));
+    ASSERT_EQ(out.shape(), std::tuple(1, 1000, c.rate, SF_FORMAT_W64 | SF_FORMAT_FLOAT));
+    const auto [first, second, third] = c.samples;  // the last one inside the third block
+    EXPECT_EQ((std::array{out.at(first - 1, 0), out.at(first, 0), out.at(second - 1, 0),
+                          out.at(second, 0), out.at(third - 1, 0), out.at(third, 0)}),
+              (std::array{0.5, 0.375, 0.375, 0.25, 0.25, 1.0}))
+        << c.rate;
+  }
+}
+
 // A 24-bit file made by sox, through a state block loaded and saved as bytes.
 TEST_F(EndToEnd, RendersAFileMadeBySoxWithStateBlocks) {
   const std::string input = path("sox.wav");

@@ -80,6 +80,16 @@ TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {
       spatiola({"render", "--state", path("state.bin"), path("in.wav"), path("second.wav")});
   ASSERT_EQ(second.exitCode, 0) << second.err;
   EXPECT_EQ(readAudio(path("second.wav")).samples, a.samples);
+  // A file with fewer channels than the state's inputs: the others hear silence.
+  writeLevels(path("mono.wav"), {0.5}, 2000);
+  const CommandResult mono =
+      spatiola({"render", "--state", path("state.bin"), path("mono.wav"), path("mono-out.wav")});
+  ASSERT_EQ(mono.exitCode, 0) << mono.err;
+  EXPECT_TRUE(contains(mono.err, "inputs 2..3 receive silence")) << mono.err;
+  int speakers = 0;
+  const std::vector<double> gains = gainsOf(readFile(path("state.bin")), speakers);
+  const AudioData m = readAudio(path("mono-out.wav"));
+  for (int s = 0; s < speakers; ++s) EXPECT_NEAR(m.at(1999, s), 0.5 * gains[s], 1e-6) << s;
 }
 
 TEST_F(SpatiolaRender, SixtyFourChannelFilesGetAnInputEach) {
