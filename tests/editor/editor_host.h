@@ -13,6 +13,7 @@
 #include "host/services/host_function_table.h"
 #include "host/services/window_table.h"
 #include "host/window/backend/headless_backend.h"
+#include "host/window/controls/host_controls.h"
 #include "host/window/core/window_system.h"
 #include "host/window/driver/window_driver.h"
 #include "model/panner_plugin.h"
@@ -82,6 +83,22 @@ class EditorHost {
   bool enabled(int id) const { return window(id)->enabled; }
   std::string text(int id) const { return window(id)->text; }
   RECT rect(int id) const { return driver->rectIn(item(id), dialog); }
+  RECT clientRect() const { return system->find(dialog)->clientRect(); }
+  template <typename Control>
+  const Control& control(int id) const {
+    return dynamic_cast<const Control&>(*window(id)->control);
+  }
+  std::vector<std::string> comboItems(int id) const {
+    std::vector<std::string> items;
+    const auto count = static_cast<int>(send(id, CB_GETCOUNT));
+    for (int i = 0; i < count; ++i) {
+      char text[128] = {};
+      send(id, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+      items.emplace_back(text);
+    }
+    return items;
+  }
+  int selection(int id) const { return static_cast<int>(send(id, CB_GETCURSEL)); }
 
   std::vector<Report> reports;
   winsys::HeadlessBackend* backend = nullptr;
