@@ -39,7 +39,10 @@ EditorSession::EditorSession(winsys::WindowSystem& system, PluginInstance& insta
   const std::string title = instance.effectName();
   frame_ = system.createFrame(title.c_str(), size.width * scale256 / 256,
                               size.height * scale256 / 256, scale256, true, &frameProcedure);
-  system.find(frame_)->userData = reinterpret_cast<LONG_PTR>(this);
+  winsys::Window* frame = system.find(frame_);
+  frame->userData = reinterpret_cast<LONG_PTR>(this);
+  // Shown once the editor has given it its size: no flash of the size asked before opening.
+  system.show(frame, false);
   const VstIntPtr opened = instance.dispatch("effEditOpen", effEditOpen, 0, 0, frame_);
   editorOpen_ = opened != 0;
   if (!editorOpen_) {
@@ -52,6 +55,7 @@ EditorSession::EditorSession(winsys::WindowSystem& system, PluginInstance& insta
                     " made no window in the host's frame (effEditOpen answered " +
                     std::to_string(opened) + "); its editor needs another kind of host window");
   }
+  system.show(system.find(frame_), true);
   system.paint();
 }
 
