@@ -1,5 +1,6 @@
 #include "host/cli/editor_session.h"
 
+#include "host/cli/plugin_setup.h"
 #include "host/runtime/host_error.h"
 #include "host/window/core/window.h"
 
@@ -72,6 +73,10 @@ HWND EditorSession::editor() const {
 void EditorSession::idle() {
   if (editorOpen_) instance_.dispatch("effEditIdle", effEditIdle);
   instance_.idle();
+}
+
+void EditorSession::setParameter(const std::string& nameOrIndex, float normalised) {
+  instance_.setParameter(resolveParameter(instance_, nameOrIndex), normalised);
 }
 
 void EditorSession::close() {
