@@ -94,7 +94,10 @@ void EditorSession::close() {
 LRESULT EditorSession::frameProcedure(HWND frame, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_CLOSE) {
     const winsys::Window* window = winsys::WindowSystem::current()->find(frame);
-    if (auto* session = reinterpret_cast<EditorSession*>(window->userData)) {
+    // The frame's user data holds its session, set by the constructor.
+    const LONG_PTR data = window->userData;
+    if (auto* session =
+            reinterpret_cast<EditorSession*>(data)) {  // NOLINT(performance-no-int-to-ptr)
       session->close();
       return 0;
     }
