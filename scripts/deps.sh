@@ -13,6 +13,7 @@ packages=(
              # and once more on every machine (scripts/test.sh)
   xvfb xauth xdotool x11-apps  # the window system's end-to-end test: an X server, xdotool
   jackd2 libjack-jackd2-dev    # live audio; the tests start their own server on the dummy driver
+  libx11-dev  # the spatiola edit window test closes its window as a window manager does
 )
 
 missing=()

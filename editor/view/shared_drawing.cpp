@@ -1,14 +1,13 @@
 #include "editor/view/shared_drawing.h"
 
 #include "editor/view/dpi_aware_font.h"
-#include "plugin/editor_link.h"
 
 void makeSharedDrawingResources() {
   sharedLabelFont();
   makeSpeakerIcons();
 }
 
-void releaseSharedDrawingResources() {
+void releaseViewDrawingResources() {
   delete labelFont;
   labelFont = nullptr;
   delete boldFont;

@@ -1,5 +1,5 @@
 // Drawing resources every instance of the process shares: the label font and the two speaker
-// icons. Made on first use, deleted with the last instance (releaseSharedDrawingResources).
+// icons. Made on first use, deleted with the last instance.
 #pragma once
 
 #include "platform/daub.h"
@@ -21,3 +21,6 @@ void makeSpeakerIcons();
 
 // [UI thread] Makes the label font and the speaker icons if they are not made yet.
 void makeSharedDrawingResources();
+
+// [UI thread, last instance closed] Deletes the label and bold fonts and the speaker icons.
+void releaseViewDrawingResources();

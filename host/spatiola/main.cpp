@@ -154,6 +154,25 @@ void addSnapshot(CLI::App& app, SnapshotOptions& options) {
                        "display scale: 256 (100 %, default), 384 (150 %) or 512 (200 %)");
   snapshot->add_option("--channels", options.trackChannels,
                        "track channel count the host reports (default 2)");
+  snapshot->add_flag("--editor", options.editor,
+                     "the whole editor, drawn headless at --scale (--size does not apply)");
+}
+
+void addEdit(CLI::App& app, EditOptions& options) {
+  CLI::App* edit = app.add_subcommand("edit", "open the plug-in's editor in a window");
+  addPluginOptions(*edit, options.plugin, true);
+  edit->add_option("--channels", options.trackChannels,
+                   "track channel count the host reports (default 2)");
+  CLI::Option* script = edit->add_option("--script", options.scriptPath,
+                                         "run this script of user actions (see the README)");
+  edit->add_flag("--headless", options.headless,
+                 "no window on the screen: the script drives the editor")
+      ->needs(script);
+  script->needs("--headless");
+  edit->add_option("--save-state", options.saveStatePath,
+                   "write the plug-in's state block when the editor closes");
+  edit->add_option("--automation-log", options.automationLogPath,
+                   "write every call of the plug-in to the host, one JSON object per line");
 }
 
 // Every command's options, as the command line filled them.
@@ -164,6 +183,7 @@ struct Commands {
   BenchOptions bench;
   DemoOptions demo;
   SnapshotOptions snapshot;
+  EditOptions edit;
   SceneOptions scene;
   LayoutsOptions layouts;
   LiveCommandOptions live;
@@ -178,6 +198,7 @@ int dispatchCommand(const CLI::App& app, Commands& commands) {
   if (app.got_subcommand("bench")) return runBench(commands.bench, std::cout, std::cerr);
   if (app.got_subcommand("demo")) return runDemo(commands.demo, std::cout, std::cerr);
   if (app.got_subcommand("snapshot")) return runSnapshot(commands.snapshot, std::cout, std::cerr);
+  if (app.got_subcommand("edit")) return runEdit(commands.edit, std::cout, std::cerr);
   if (app.got_subcommand("live")) return runLive(commands.live, 0, std::cout, std::cerr);
   if (app.got_subcommand("layouts")) return runLayouts(commands.layouts, std::cout);
   return runScene(commands.scene, std::cin, std::cout, std::cerr);
@@ -198,6 +219,7 @@ int run(int argc, char** argv) {
   addSceneCommand(app, commands.scene);
   addLayoutsCommand(app, commands.layouts);
   addLive(app, commands.live);
+  addEdit(app, commands.edit);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -46,6 +46,9 @@ class Fader final : public Control {
   LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam) override;
   void paint(cairo_t* cr) override;
   int position() const { return position_; }
+  int tick() const { return tick_; }
+  const std::string& nameText() const { return name_; }
+  const std::string& valueText() const { return value_; }
 
   static constexpr UINT_PTR kWheelEndTimer = 0x7FADE;
 

@@ -67,7 +67,18 @@ void WindowDriver::queueAt(HWND window, POINT p, InputEvent event) {
   event.surface = top->surface->native;
   event.x = origin.x + p.x;
   event.y = origin.y + p.y;
+  pointerSurface_ = event.surface;
+  pointer_ = {event.x, event.y};
   backend_.queue(std::move(event));
+}
+
+void WindowDriver::pointTo(HWND window, POINT p, unsigned modifiers) {
+  Window* w = system_.find(window);
+  if (w == nullptr) return;
+  const POINT origin = system_.originInTopLevel(w);
+  const bool there = system_.topLevelOf(w)->surface->native == pointerSurface_ &&
+                     pointer_.x == origin.x + p.x && pointer_.y == origin.y + p.y;
+  if (!there) queueAt(window, p, event(EventKind::MouseMove, modifiers));
 }
 
 void WindowDriver::move(HWND window, POINT p, unsigned modifiers) {
@@ -76,13 +87,13 @@ void WindowDriver::move(HWND window, POINT p, unsigned modifiers) {
 }
 
 void WindowDriver::press(HWND window, POINT p, MouseButton button, unsigned modifiers, int clicks) {
-  queueAt(window, p, event(EventKind::MouseMove, modifiers));
+  pointTo(window, p, modifiers);
   queueAt(window, p, buttonEvent(EventKind::MouseDown, button, modifiers, clicks));
   run();
 }
 
 void WindowDriver::release(HWND window, POINT p, MouseButton button, unsigned modifiers) {
-  queueAt(window, p, event(EventKind::MouseMove, modifiers));
+  pointTo(window, p, modifiers);
   queueAt(window, p, buttonEvent(EventKind::MouseUp, button, modifiers));
   run();
 }
@@ -108,7 +119,7 @@ void WindowDriver::drag(HWND window, POINT from, POINT to, unsigned modifiers, i
 }
 
 void WindowDriver::wheel(HWND window, POINT p, int notches, unsigned modifiers) {
-  queueAt(window, p, event(EventKind::MouseMove, modifiers));
+  pointTo(window, p, modifiers);
   InputEvent turn = event(EventKind::Wheel, modifiers);
   turn.wheelDelta = notches * 120;
   queueAt(window, p, std::move(turn));

@@ -53,10 +53,15 @@ class WindowDriver {
 
  private:
   void queueAt(HWND window, POINT p, InputEvent event);
+  // The pointer goes to `p` first unless it is there already: a button pressed or released where
+  // the mouse rests moves nothing, so a click is no drag.
+  void pointTo(HWND window, POINT p, unsigned modifiers);
   void run() { system_.processEvents(); }
 
   WindowSystem& system_;
   HeadlessBackend& backend_;
+  void* pointerSurface_ = nullptr;
+  POINT pointer_{-1, -1};  // in the pointer surface's client pixels
 };
 
 }  // namespace winsys

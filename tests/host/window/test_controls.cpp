@@ -201,6 +201,14 @@ TEST_F(Controls, FadersScrollWhileDraggedAndEndEachGesture) {
       << "the wheel's gesture ends later";
 }
 
+TEST_F(Controls, FadersKeepTheirTickAndTexts) {
+  send(kFader, WM_KESTEL_SETPROPERTY, kKestelPropertyName, reinterpret_cast<LPARAM>("Zoom"));
+  send(kFader, WM_KESTEL_SETPROPERTY, kKestelPropertyValue, reinterpret_cast<LPARAM>("-inf"));
+  const auto& fader = dynamic_cast<const Fader&>(*window(item(kFader))->control);
+  EXPECT_EQ(std::make_tuple(fader.tick(), fader.nameText(), fader.valueText()),
+            std::make_tuple(708, std::string("Zoom"), std::string("-inf")));
+}
+
 TEST_F(Controls, HotTrackButtonsClickAndMetersKeepTheirLevels) {
   driver->click(item(kHot));
   driver->press(item(kHot), {2, 2});

@@ -158,6 +158,22 @@ TEST_F(WindowTree, CaptureKeepsTheMouseAndRightClicksBecomeContextMenus) {
   EXPECT_TRUE(received(WM_CONTEXTMENU).empty());
 }
 
+// The driver moves the pointer only where it is not yet: a double click is no drag.
+TEST_F(WindowTree, TheDriverClicksWhereThePointerRestsWithoutMovingIt) {
+  const HWND top = frame();
+  const HWND a = child(top, 1, {0, 0, 50, 50});
+  driver->doubleClick(a, {10, 10});
+  driver->click(a, {12, 10});
+  std::vector<UINT> order;
+  for (const Recorded& r : recorded()) {
+    if (r.window == a && r.message >= WM_MOUSEMOVE && r.message <= WM_LBUTTONDBLCLK) {
+      order.push_back(r.message);
+    }
+  }
+  EXPECT_EQ(order, (std::vector<UINT>{WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK,
+                                      WM_LBUTTONUP, WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_LBUTTONUP}));
+}
+
 TEST_F(WindowTree, PostedMessagesAndTimersOnTheVirtualClock) {
   const HWND top = frame();
   const HWND a = child(top, 1);

@@ -1,0 +1,164 @@
+// The editor dialog in the host's headless window system: opening and closing, the rows each strip
+// shows, its "Display:" choice, the sizes at each display scale, and the meters.
+#include <cmath>
+#include <tuple>
+
+#include "editor/editor_dialog.h"
+#include "model/counts.h"
+#include "plugin/host_api.h"
+#include "tests/editor/editor_host.h"
+
+namespace {
+
+using Edges = std::tuple<int, int, int, int>;
+
+Edges edgesOf(const ERect& r) {
+  return {r.left, r.top, r.right, r.bottom};
+}
+
+TEST(EditorDialog, OpensInTheHostsFrameAndClosesTwiceInARow) {
+  EditorHost host;
+  ERect* rect = nullptr;
+  ASSERT_EQ(host.dispatch(effEditGetRect, 0, 0, &rect), 1);
+  EXPECT_EQ(edgesOf(*rect), Edges(0, 0, 520, 640)) << "before any editor";
+  const std::size_t windowsBefore = host.system->windowCount();
+  for (int round = 0; round < 2; ++round) {
+    host.plugin().editor.lockInputs = 1;
+    ASSERT_NE(host.open(), nullptr);
+    const HWND first = host.dialog;
+    ASSERT_NE(host.open(), nullptr) << "opening again replaces the dialog";
+    EXPECT_NE(host.dialog, first);
+    EXPECT_EQ(host.system->windowCount(), windowsBefore + 1 + kEditorControlCount);
+    EXPECT_EQ(host.plugin().editor.lockInputs, 0);
+    host.tick();
+    ASSERT_EQ(host.dispatch(effEditGetRect, 0, 0, &rect), 1);
+    EXPECT_EQ(edgesOf(*rect), Edges(0, 0, 851, 571)) << "stereo: the strips hold two rows";
+    EXPECT_NE(host.plugin().editor.namesBitmap, nullptr);
+    EXPECT_NE(host.plugin().view.viewFront, nullptr);
+
+    host.plugin().editor.lockInputs = 1;
+    host.dispatch(effEditClose);
+    EXPECT_EQ(host.plugin().host.editorWindow, nullptr);
+    EXPECT_EQ(host.plugin().editor.lockInputs, 0);
+    EXPECT_EQ(host.plugin().editor.namesBitmap, nullptr);
+    EXPECT_EQ(host.plugin().view.viewFront, nullptr);
+    EXPECT_EQ(host.plugin().view.viewBack, nullptr);
+    EXPECT_EQ(host.system->windowCount(), windowsBefore);
+  }
+}
+
+// Both strips of a user setup with `count` inputs and speakers.
+void setCounts(EditorHost& host, int count) {
+  setInputCount(host.plugin(), count);
+  setSpeakerCount(host.plugin(), count);
+  host.tick();
+}
+
+TEST(EditorDialog, ShowsOneRowPerChannelUpToSixteen) {
+  EditorHost host;
+  host.open();
+  for (const int count : {1, 16, 17, 64}) {
+    setCounts(host, count);
+    for (const EditorControl& control : kEditorControls) {
+      if (control.strip == Strip::None) continue;
+      EXPECT_EQ(host.shown(control.id), control.row < count) << control.id << " of " << count;
+    }
+    for (const int id : {item::kInputDisplay, item::kInputDisplayLabel, item::kSpeakerDisplay,
+                         item::kSpeakerDisplayLabel}) {
+      EXPECT_EQ(host.shown(id), count > 16) << id << " of " << count;
+    }
+  }
+}
+
+TEST(EditorDialog, DisplayChoicesStepByFourRows) {
+  struct Case {
+    int count;
+    int offset;
+    std::vector<std::string> firstItems;
+    std::string lastItem;
+    std::size_t items;
+    int rowsShown;
+  };
+  const Case cases[] = {{17, 0, {"1-16", "5-17"}, "5-17", 2, 16},
+                        {17, 4, {"1-16", "5-17"}, "5-17", 2, 13},
+                        {64, 0, {"1-16", "5-20", "9-24"}, "49-64", 13, 16},
+                        {64, 48, {"1-16"}, "49-64", 13, 16}};
+  EditorHost host;
+  host.open();
+  for (const Case& c : cases) {
+    setCounts(host, c.count);
+    host.plugin().editor.inputFaderOffset = c.offset;
+    host.plugin().model.changeFlags |= kChangeCounts;
+    host.tick();
+    const std::vector<std::string> items = host.comboItems(item::kInputDisplay);
+    ASSERT_EQ(items.size(), c.items) << c.count;
+    EXPECT_TRUE(std::equal(c.firstItems.begin(), c.firstItems.end(), items.begin()));
+    EXPECT_EQ(items.back(), c.lastItem);
+    EXPECT_EQ(host.selection(item::kInputDisplay), c.offset / 4);
+    EXPECT_TRUE(host.shown(item::kInputFader + c.rowsShown - 1));
+    EXPECT_FALSE(host.shown(item::kInputFader + c.rowsShown));
+  }
+}
+
+// The strips are laid out at the scale the host reports for the dialog; a host without
+// GetWindowDPIScalingForDialog gets every size at 100 %, whatever its display.
+TEST(EditorDialog, LaysOutTheStripsAtTheDialogsScale) {
+  struct Case {
+    int displayScale;
+    bool hostTellsScale;
+    int rowPitch;
+    int buttonSide;
+    int clientHeight;
+  };
+  const Case cases[] = {{256, true, 16, 12, 571},
+                        {384, true, 24, 18, 856},
+                        {384, false, 16, 12, 809},
+                        {512, true, 32, 24, 1142}};
+  for (const Case& c : cases) {
+    EditorHost host(2, c.displayScale);
+    if (!c.hostTellsScale) hostApi.GetWindowDPIScalingForDialog = nullptr;
+    host.open();
+    host.tick();
+    const RECT first = host.rect(item::kInputFader);
+    const RECT mute = host.rect(item::kInputMute + 1);
+    EXPECT_EQ(host.rect(item::kInputFader + 1).top - first.top, c.rowPitch) << c.displayScale;
+    EXPECT_EQ(std::make_pair(mute.right - mute.left, mute.bottom - mute.top),
+              std::make_pair(c.buttonSide, c.buttonSide));
+    EXPECT_EQ(first.bottom - first.top, c.rowPitch);
+    EXPECT_EQ(host.clientRect().bottom, c.clientHeight);
+    EXPECT_EQ(host.plugin().view.viewScale, c.hostTellsScale ? c.displayScale : 256);
+  }
+}
+
+double meterDb(const EditorHost& host, int id) {
+  return host.control<winsys::Meter>(id).levelDb(0);
+}
+
+// Each tick shows the peak since the last one, then lets it fall to 0.8 of itself; below 1e-8 it
+// is gone. Rows past the count read -120 dB.
+TEST(EditorDialog, MetersFallOnTheTimer) {
+  EditorHost host;
+  host.open();
+  host.plugin().mix.inputPeaks[0] = 1.0;
+  host.plugin().mix.inputPeaks[1] = 2e-8;
+  host.plugin().mix.speakerPeaks[1] = 0.5;
+  const double fall = 20 * std::log10(0.8);
+  const std::tuple<int, double, double, double> expected[] = {
+      {item::kInputMeter, 0.0, fall, 2 * fall},
+      {item::kInputMeter + 1, -150.0, -150.0, -150.0},
+      {item::kInputMeter + 2, -120.0, -120.0, -120.0},
+      {item::kSpeakerMeter + 1, 20 * std::log10(0.5), 20 * std::log10(0.4), 20 * std::log10(0.32)},
+      {item::kSpeakerMeter + 15, -120.0, -120.0, -120.0}};
+  for (int tick = 0; tick < 3; ++tick) {
+    host.tick();
+    for (const auto& [id, tick0, tick1, tick2] : expected) {
+      const double levels[] = {tick0, tick1, tick2};
+      EXPECT_NEAR(meterDb(host, id), levels[tick], 1e-9) << id << " tick " << tick;
+    }
+  }
+  EXPECT_NEAR(host.plugin().mix.inputPeaks[1], 2e-8 * 0.8 * 0.8 * 0.8, 1e-20);
+  host.tick();
+  EXPECT_EQ(host.plugin().mix.inputPeaks[1], 0.0) << "fell below 1e-8";
+}
+
+}  // namespace
