@@ -12,6 +12,7 @@ packages=(
   qemu-user  # qemu-i386: the 32-bit tests run through it where the kernel refuses 32-bit programs,
              # and once more on every machine (scripts/test.sh)
   xvfb xauth xdotool x11-apps  # the window system's end-to-end test: an X server, xdotool
+  libx11-dev  # the spatiola edit window test closes its window as a window manager does
 )
 
 missing=()

@@ -35,3 +35,14 @@ int runBench(const BenchOptions& options, std::ostream& out);
 int runRender(const RenderOptions& options, std::ostream& out, std::ostream& notes);
 
 int runSnapshot(const SnapshotOptions& options, std::ostream& out);
+
+struct EditOptions {
+  PluginOptions plugin;
+  int trackChannels = 2;
+  bool headless = false;  // no display: the script drives the editor
+  std::string scriptPath;
+  std::string saveStatePath;      // written when the editor closes
+  std::string automationLogPath;  // every call of the plug-in to the host, JSON lines
+};
+// Opens the plug-in's editor in a window until it is closed, or headless through the script.
+int runEdit(const EditOptions& options, std::ostream& out);

@@ -29,6 +29,7 @@ struct SnapshotOptions {
   std::string size = "480x480";
   int scale256 = 256;
   int trackChannels = 2;  // answered to the plug-in's channel-count query
+  bool editor = false;    // the whole editor instead of the inline view; --size does not apply
 };
 
 struct SnapshotResult {
@@ -40,6 +41,11 @@ struct SnapshotResult {
 // Throws HostError when the plug-in has no inline view or declines to paint; no file is written
 // then, and an existing file at the output path is left as it was.
 SnapshotResult writeSnapshot(const SnapshotOptions& options);
+
+// Loads and sets up the plug-in as writeSnapshot does, opens its editor in a headless window at
+// the scale, lets its timers run for a moment and writes the whole editor. Throws HostError for a
+// plug-in without an editor; no file is written then.
+SnapshotResult writeEditorSnapshot(const SnapshotOptions& options);
 
 // The picture of the instance's inline view in a new host bitmap; throws HostError as above.
 std::unique_ptr<DAUB_IBitmap> paintSnapshot(PluginInstance& instance, BitmapSize size,

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "host/runtime/crash_guard.h"
+#include "host/runtime/host_call_log.h"
 #include "host/runtime/plugin_instance.h"
 #include "host/services/host_function_table.h"
 #include "platform/host_functions.h"
@@ -75,6 +76,9 @@ VstIntPtr hostCallbackEntry(AEffect* effect, std::int32_t opcode, std::int32_t i
                             VstIntPtr value, void* ptr, float opt) {
   const PluginCall hostSide(nullptr, nullptr);  // a fault in here is the host's, not the plug-in's
   if (PluginInstance* instance = instanceFor(effect)) {
+    if (std::ostream* log = instance->config().callLog) {
+      writeHostCall(*log, opcode, index, value, ptr, opt);
+    }
     return instance->answer(opcode, index, value, ptr, opt);
   }
   return answerHostRequest(opcode, index, value, ptr, kDefaultTrackChannels);

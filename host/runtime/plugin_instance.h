@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ struct HostConfig {
   int trackChannels = 2;
   // Answered to audioMasterGetCurrentProcessLevel while processing: 4 offline, 2 real time.
   int processLevel = 4;
+  // Every call the plug-in makes to the host is written here (host_call_log.h) when set.
+  std::ostream* callLog = nullptr;
 };
 
 enum class HostEventKind {

@@ -92,16 +92,36 @@ void addSnapshot(CLI::App& app, SnapshotOptions& options) {
                        "display scale: 256 (100 %, default), 384 (150 %) or 512 (200 %)");
   snapshot->add_option("--channels", options.trackChannels,
                        "track channel count the host reports (default 2)");
+  snapshot->add_flag("--editor", options.editor,
+                     "the whole editor, drawn headless at --scale (--size does not apply)");
+}
+
+void addEdit(CLI::App& app, EditOptions& options) {
+  CLI::App* edit = app.add_subcommand("edit", "open the plug-in's editor in a window");
+  addPluginOptions(*edit, options.plugin, true);
+  edit->add_option("--channels", options.trackChannels,
+                   "track channel count the host reports (default 2)");
+  CLI::Option* script = edit->add_option("--script", options.scriptPath,
+                                         "run this script of user actions (see the README)");
+  edit->add_flag("--headless", options.headless,
+                 "no window on the screen: the script drives the editor")
+      ->needs(script);
+  script->needs("--headless");
+  edit->add_option("--save-state", options.saveStatePath,
+                   "write the plug-in's state block when the editor closes");
+  edit->add_option("--automation-log", options.automationLogPath,
+                   "write every call of the plug-in to the host, one JSON object per line");
 }
 
 int dispatchCommand(const CLI::App& app, const RenderOptions& render, const InfoOptions& info,
                     const BenchOptions& bench, const DemoOptions& demo,
-                    const SnapshotOptions& snapshot, SceneOptions& scene) {
+                    const SnapshotOptions& snapshot, const EditOptions& edit, SceneOptions& scene) {
   if (app.got_subcommand("render")) return runRender(render, std::cout, std::cerr);
   if (app.got_subcommand("info")) return runInfo(info, std::cout);
   if (app.got_subcommand("bench")) return runBench(bench, std::cout);
   if (app.got_subcommand("demo")) return runDemo(demo, std::cout, std::cerr);
   if (app.got_subcommand("snapshot")) return runSnapshot(snapshot, std::cout);
+  if (app.got_subcommand("edit")) return runEdit(edit, std::cout);
   return runScene(scene, std::cin, std::cout, std::cerr);
 }
 
@@ -115,12 +135,14 @@ int run(int argc, char** argv) {
   BenchOptions bench;
   DemoOptions demo;
   SnapshotOptions snapshot;
+  EditOptions edit;
   SceneOptions scene;
   addRender(app, render);
   addInfo(app, info);
   addBench(app, bench);
   addDemo(app, demo);
   addSnapshot(app, snapshot);
+  addEdit(app, edit);
   addSceneCommand(app, scene);
   try {
     app.parse(argc, argv);
@@ -129,7 +151,7 @@ int run(int argc, char** argv) {
   }
   if (scale != 0) setDisplayScaleOverride(scale);
   try {
-    return dispatchCommand(app, render, info, bench, demo, snapshot, scene);
+    return dispatchCommand(app, render, info, bench, demo, snapshot, edit, scene);
   } catch (const HostError& error) {
     std::fprintf(stderr, "spatiola: %s\n", error.what());
   }

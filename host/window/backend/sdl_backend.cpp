@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 #include "host/graphics/bitmap.h"
 #include "platform/win32_controls.h"
@@ -88,13 +89,37 @@ int virtualKeyOfSdlKey(int sdlKeycode) {
   return 0;
 }
 
+namespace {
+
+// Without a display SDL falls back to windows nobody sees; only a caller who asks for such a
+// driver by name gets one.
+bool invisibleDriver(const char* driver) {
+  return driver != nullptr &&
+         (std::strcmp(driver, "offscreen") == 0 || std::strcmp(driver, "dummy") == 0);
+}
+
+bool displayNamed() {
+  return std::getenv("SDL_VIDEODRIVER") != nullptr || std::getenv("DISPLAY") != nullptr ||
+         std::getenv("WAYLAND_DISPLAY") != nullptr;
+}
+
+}  // namespace
+
 std::unique_ptr<SdlBackend> SdlBackend::open(std::string* error) {
+  auto fail = [error](const std::string& reason) {
+    if (error != nullptr) *error = "cannot open a window: " + reason;
+    return nullptr;
+  };
+  if (!displayNamed()) return fail("no display (DISPLAY and WAYLAND_DISPLAY are not set)");
   SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
   // The window system paints in software: the window's own framebuffer, no OpenGL behind it.
   SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
-  if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) {
-    if (error != nullptr) *error = std::string("cannot open a window: ") + SDL_GetError();
-    return nullptr;
+  // Ctrl+C and kill stop the program as they stop any other, instead of becoming a quit event.
+  SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+  if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) return fail(SDL_GetError());
+  if (invisibleDriver(SDL_GetCurrentVideoDriver()) && std::getenv("SDL_VIDEODRIVER") == nullptr) {
+    SDL_QuitSubSystem(SDL_INIT_VIDEO);
+    return fail("no display (SDL found only its offscreen driver)");
   }
   SDL_StartTextInput();
   return std::unique_ptr<SdlBackend>(new SdlBackend);

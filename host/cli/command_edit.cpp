@@ -1,0 +1,81 @@
+// spatiola edit: a plug-in's editor in a window of the screen, or headless under a script.
+#include <fstream>
+#include <memory>
+
+#include "host/cli/commands.h"
+#include "host/cli/edit_script.h"
+#include "host/runtime/host_error.h"
+#include "host/services/settings.h"
+#include "host/window/accelerators.h"
+#include "host/window/backend/headless_backend.h"
+#include "host/window/backend/sdl_backend.h"
+
+namespace {
+
+// The window system the plug-in's window-layer calls act on while it lives.
+class CurrentWindowSystem {
+ public:
+  explicit CurrentWindowSystem(std::unique_ptr<winsys::Backend> backend)
+      : system(std::move(backend)) {
+    winsys::WindowSystem::setCurrent(&system);
+    system.setAcceleratorSource(&registeredAccelerators);
+  }
+  ~CurrentWindowSystem() { winsys::WindowSystem::setCurrent(nullptr); }
+  CurrentWindowSystem(const CurrentWindowSystem&) = delete;
+  CurrentWindowSystem& operator=(const CurrentWindowSystem&) = delete;
+
+  winsys::WindowSystem system;
+};
+
+std::vector<ScriptStep> readScript(const std::string& path) {
+  std::ifstream in(path);
+  if (!in) throw HostError("cannot read the script " + path);
+  return parseEditScript(in, path);
+}
+
+std::unique_ptr<winsys::Backend> screenBackend() {
+  std::string error;
+  std::unique_ptr<winsys::SdlBackend> backend = winsys::SdlBackend::open(&error);
+  if (backend == nullptr) {
+    throw HostError(error + "; without a display use --headless --script FILE");
+  }
+  return backend;
+}
+
+}  // namespace
+
+int runEdit(const EditOptions& options, std::ostream& out) {
+  const std::vector<ScriptStep> steps =
+      options.headless ? readScript(options.scriptPath) : std::vector<ScriptStep>{};
+  std::ofstream log;
+  HostConfig config;
+  config.trackChannels = options.trackChannels;
+  if (!options.automationLogPath.empty()) {
+    log.open(options.automationLogPath, std::ios::trunc);
+    if (!log) throw HostError("cannot write " + options.automationLogPath);
+    config.callLog = &log;
+  }
+  const int scale256 = displayScale256();
+  auto headless = options.headless ? std::make_unique<winsys::HeadlessBackend>(scale256) : nullptr;
+  winsys::HeadlessBackend* driverBackend = headless.get();
+  CurrentWindowSystem windows(headless ? std::move(headless) : screenBackend());
+  LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
+  configurePlugin(*plugin.instance, options.plugin);
+  plugin.instance->start();
+  {
+    EditorSession session(windows.system, *plugin.instance, scale256);
+    if (driverBackend != nullptr) {
+      winsys::WindowDriver driver(windows.system, *driverBackend);
+      runEditScript(steps, {windows.system, driver, session, *plugin.instance, options.scriptPath});
+    } else {
+      windows.system.runUntilClosed(
+          session.frame(), [&session] { session.idle(); }, EditorSession::kIdlePeriodMs);
+    }
+  }
+  if (!options.saveStatePath.empty()) {
+    writeBinaryFile(options.saveStatePath, plugin.instance->chunk());
+    out << "saved the state of " << plugin.instance->effectName() << " to " << options.saveStatePath
+        << "\n";
+  }
+  return 0;
+}

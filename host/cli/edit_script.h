@@ -1,0 +1,68 @@
+// The script of `spatiola edit --headless`: one command per line, what a user does to an editor
+// (mouse, wheel, knobs, faders, keys, text, combo and menu choices), the clock, parameter changes
+// as the host's automation makes them, saved states and pictures. The README documents it.
+#pragma once
+
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "host/cli/editor_session.h"
+#include "host/window/driver/window_driver.h"
+
+enum class ScriptVerb {
+  Down,
+  Up,
+  Move,
+  Click,
+  DoubleClick,
+  RightDown,
+  RightUp,
+  RightClick,
+  Drag,
+  Wheel,
+  Knob,
+  Fader,
+  Type,
+  Key,
+  Choose,
+  Menu,
+  Wait,
+  Set,
+  SaveState,
+  Snapshot,
+};
+
+// Where a mouse command acts: a control by id (0: the editor itself) and a point in its client
+// pixels, its centre when none is given.
+struct ScriptTarget {
+  int controlId = 0;
+  bool hasPoint = false;
+  POINT point{};
+};
+
+struct ScriptStep {
+  int line = 0;
+  ScriptVerb verb = ScriptVerb::Wait;
+  ScriptTarget target;
+  int numbers[2] = {0, 0};  // drag dx dy; wheel notches; knob and fader pixels; item; ms; key
+  unsigned modifiers = 0;   // winsys::kMod* bits
+  std::string text;         // typed text, menu item, file, parameter
+  float value = 0.0f;       // set
+};
+
+// Reads the whole script first; throws HostError "FILE:LINE: ..." at the first line it cannot
+// read, so that nothing runs of a script with a mistake in it.
+std::vector<ScriptStep> parseEditScript(std::istream& in, const std::string& name);
+
+struct ScriptRun {
+  winsys::WindowSystem& system;
+  winsys::WindowDriver& driver;
+  EditorSession& session;
+  PluginInstance& instance;
+  std::string name;  // of the script, for messages
+};
+
+// Runs the steps in order, with the host's idle calls after each and every 50 ms of `wait`;
+// throws HostError "FILE:LINE: ..." when a step cannot be done (no such control, no such item).
+void runEditScript(const std::vector<ScriptStep>& steps, const ScriptRun& run);

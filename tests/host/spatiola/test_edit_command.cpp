@@ -1,0 +1,113 @@
+// spatiola edit --headless --script and spatiola snapshot --editor: Spatiola's editor driven and
+// drawn without a display, the automation log, and the plug-ins whose editor cannot be opened.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/graphics/png_io.h"
+#include "tests/host/spatiola/command_fixture.h"
+
+namespace {
+
+const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
+
+class EditCommand : public CommandTest {
+ protected:
+  CommandResult edit(const std::string& script, std::vector<std::string> extra = {}) {
+    std::ofstream(path("s.txt")) << script;
+    std::vector<std::string> args = {"edit", "--headless", "--script", path("s.txt")};
+    args.insert(args.end(), extra.begin(), extra.end());
+    return spatiola(args);
+  }
+  // The log's lines that report edits (automation and ends of edits).
+  std::vector<std::string> editReports() const {
+    std::vector<std::string> lines;
+    std::ifstream in(path("log.jsonl"));
+    for (std::string line; std::getline(in, line);) {
+      if (line.find("Automate") != std::string::npos || line.find("EndEdit") != std::string::npos)
+        lines.push_back(line);
+    }
+    return lines;
+  }
+};
+
+std::pair<int, int> pictureSize(const std::string& file) {
+  const std::unique_ptr<DAUB_IBitmap> picture = graphics::readPng(file);
+  return picture ? std::pair(picture->getWidth(), picture->getHeight()) : std::pair(0, 0);
+}
+
+}  // namespace
+
+// Input 1 of a stereo track sits at (-0.25, 0.25), within a pixel of (203, 188) of the editor at
+// 100 %. Grabbed there and dragged right by 10 pixels in four steps, it follows the pointer to the
+// pixel (x -0.2417 at the first step, -0.2083 at the end; y 0.2491 from the grab on), reports x, y
+// and z at each step and ends each at the release; a parameter set as automation reaches the state;
+// the pictures and states are written.
+TEST_F(EditCommand, AScriptDrivesTheEditorAndTheLogKeepsItsReports) {
+  const CommandResult run = edit(
+      "wait 100\n"
+      "drag 203 188 10 0\n"
+      "set in 2 gain 0.125\n"
+      "wait 50\n"
+      "snapshot " +
+          path("during.png") +
+          "\n"
+          "save-state " +
+          path("during.bin") + "\n",
+      {"--automation-log", path("log.jsonl"), "--save-state", path("after.bin")});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.out, "saved the state of Spatiola to " + path("after.bin") + "\n");
+  const std::vector<std::string> reports = editReports();
+  ASSERT_EQ(reports.size(), 4u * 3 + 6) << "x, y and z at four steps, then each ended";
+  EXPECT_EQ(reports[0], R"({"opcode":"audioMasterAutomate","index":5,"value":0.379166663})");
+  EXPECT_EQ(reports[1], R"({"opcode":"audioMasterAutomate","index":6,"value":0.624547124})");
+  EXPECT_EQ(reports[9], R"({"opcode":"audioMasterAutomate","index":5,"value":0.395833343})");
+  EXPECT_EQ(reports.back(), R"({"opcode":"audioMasterEndEdit","index":7,"value":0})");
+  EXPECT_EQ(pictureSize(path("during.png")), std::pair(851, 571));
+  EXPECT_EQ(readFile(path("during.bin")), readFile(path("after.bin")));
+  const CommandResult scene = spatiola({"scene", "export", path("after.bin")});
+  EXPECT_NE(scene.out.find("\"x\": -0.2083333333333333"), std::string::npos) << scene.out;
+  EXPECT_NE(scene.out.find("\"gain\": 0.5"), std::string::npos);
+}
+
+TEST_F(EditCommand, MistakesAndPluginsWithoutAnEditorAreErrors) {
+  const struct {
+    std::string script;
+    std::vector<std::string> extra;
+    std::string errorTail;
+  } cases[] = {
+      {"wait 50\njump\n", {}, "s.txt:2: 'jump' is no command (see the README's edit script)\n"},
+      {"click #4242\n", {}, "s.txt:1: the editor has no control #4242\n"},
+      {"choose #1131 11\n", {}, "s.txt:1: control #1131 has no item 11\n"},
+      {"wait 50\n", {"--plugin", kProbe}, " has no editor (effFlagsHasEditor is clear)\n"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> extra = c.extra;
+    extra.insert(extra.end(), {"--save-state", path("never.bin")});
+    const CommandResult run = edit(c.script, extra);
+    EXPECT_EQ(run.exitCode, 1) << run.err;
+    EXPECT_TRUE(run.err.ends_with(c.errorTail)) << run.err;
+    EXPECT_FALSE(std::filesystem::exists(path("never.bin")));
+  }
+  const CommandResult withoutScript = spatiola({"edit", "--headless"});
+  EXPECT_EQ(withoutScript.exitCode, 2) << withoutScript.err;
+}
+
+// The whole editor at the host's three scales: its size follows the scale.
+TEST_F(EditCommand, SnapshotDrawsTheWholeEditorAtEachScale) {
+  const struct {
+    const char* scale;
+    int width, height;
+  } cases[] = {{"256", 851, 571}, {"384", 1277, 856}, {"512", 1702, 1142}};
+  for (const auto& c : cases) {
+    const CommandResult run =
+        spatiola({"snapshot", "--editor", "--scale", c.scale, path("editor.png")});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(run.out.starts_with("wrote the editor of Spatiola (")) << run.out;
+    EXPECT_EQ(pictureSize(path("editor.png")), std::pair(c.width, c.height)) << c.scale;
+  }
+  const CommandResult probe = spatiola({"snapshot", "--editor", "--plugin", kProbe, path("p.png")});
+  EXPECT_EQ(probe.exitCode, 1);
+  EXPECT_FALSE(std::filesystem::exists(path("p.png")));
+}
