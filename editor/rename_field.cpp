@@ -1,5 +1,7 @@
 // The in-place rename field of a channel name: opened over the name strip, committed or dropped,
 // and watched every 100 ms so that a click elsewhere commits it. One field in the process.
+#include <cstdint>
+
 #include "editor/dialog_calls.h"
 #include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
@@ -8,7 +10,7 @@
 
 namespace {
 
-constexpr LONG_PTR kRenameFieldMark = 0xDEADF00B;
+constexpr auto kRenameFieldMark = static_cast<LONG_PTR>(std::uintptr_t{0xDEADF00B});
 constexpr int kRenameStyle = ES_AUTOHSCROLL | ES_WANTRETURN;
 constexpr int kRenameTextBytes = 512;
 constexpr int kFieldLift = 2;    // pixels above the row, unscaled
