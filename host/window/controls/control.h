@@ -63,6 +63,6 @@ struct ControlSpec {
 bool isHostControlClass(const std::string& className);
 // Makes a control of one of those classes (shown unless created hidden by the caller); null for
 // other classes or a parent that is not live.
-HWND createHostControl(WindowSystem& system, const ControlSpec& spec);
+HWND createHostControl(WindowSystem& system, const ControlSpec& wanted);
 
 }  // namespace winsys

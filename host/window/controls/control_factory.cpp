@@ -54,11 +54,11 @@ bool isHostControlClass(const std::string& className) {
   return findClass(className) != nullptr;
 }
 
-HWND createHostControl(WindowSystem& system, const ControlSpec& spec) {
-  const HostClass* hostClass = findClass(spec.className);
-  Window* parent = system.find(spec.parent);
+HWND createHostControl(WindowSystem& system, const ControlSpec& wanted) {
+  const HostClass* hostClass = findClass(wanted.className);
+  Window* parent = system.find(wanted.parent);
   if (hostClass == nullptr || parent == nullptr) return nullptr;
-  RECT rect = spec.rect;
+  RECT rect = wanted.rect;
   // A drop-down list's template height counts its list: the field itself is one row high.
   if (hostClass->make == make<Combo>) {
     const int field =
@@ -67,12 +67,12 @@ HWND createHostControl(WindowSystem& system, const ControlSpec& spec) {
   }
   CreateParams params;
   params.className = hostClass->name;
-  params.text = spec.text.c_str();
-  params.style = spec.style | WS_CHILD;
-  params.exStyle = spec.exStyle;
+  params.text = wanted.text.c_str();
+  params.style = wanted.style | WS_CHILD;
+  params.exStyle = wanted.exStyle;
   params.rect = rect;
-  params.parent = spec.parent;
-  params.id = spec.id;
+  params.parent = wanted.parent;
+  params.id = wanted.id;
   params.proc = controlWindowProc;
   params.kind = WindowKind::Control;
   Window* window = system.find(system.create(params));

@@ -42,13 +42,13 @@ HWND makeControl(WindowSystem& system, const ControlTemplate& control) {
   if (!control.builtin) {
     if (const HWND made = fromCreators(control, builder.parent, rect)) return made;
   }
-  ControlSpec spec{control.className, control.text, control.id,    control.style | WS_VISIBLE,
-                   control.exStyle,   rect,         builder.parent};
-  if (isHostControlClass(control.className)) return createHostControl(system, spec);
+  ControlSpec wanted{control.className, control.text, control.id,    control.style | WS_VISIBLE,
+                     control.exStyle,   rect,         builder.parent};
+  if (isHostControlClass(control.className)) return createHostControl(system, wanted);
   CreateParams params;
   params.className = control.className.c_str();
   params.text = control.text.c_str();
-  params.style = spec.style | WS_CHILD;
+  params.style = wanted.style | WS_CHILD;
   params.exStyle = control.exStyle;
   params.rect = rect;
   params.parent = builder.parent;
