@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "host/cli/commands.h"
-#include "host/cli/edit_script.h"
+#include "host/cli/editor_session.h"
 #include "host/runtime/host_error.h"
 #include "host/services/settings.h"
 #include "host/window/accelerators.h"
@@ -42,9 +42,30 @@ std::unique_ptr<winsys::Backend> screenBackend() {
   return backend;
 }
 
+// Stops the companion however the editor ends.
+class CompanionRun {
+ public:
+  CompanionRun(const EditCompanion& companion, PluginInstance& instance)
+      : companion_(companion), instance_(instance) {
+    if (companion_.start) companion_.start(instance_);
+  }
+  ~CompanionRun() { stop(); }
+  CompanionRun(const CompanionRun&) = delete;
+  CompanionRun& operator=(const CompanionRun&) = delete;
+  void stop() {
+    if (!stopped_ && companion_.stop) companion_.stop(instance_);
+    stopped_ = true;
+  }
+
+ private:
+  const EditCompanion& companion_;
+  PluginInstance& instance_;
+  bool stopped_ = false;
+};
+
 }  // namespace
 
-int runEdit(const EditOptions& options, std::ostream& out) {
+int runEdit(const EditOptions& options, std::ostream& out, const EditCompanion& companion) {
   const std::vector<ScriptStep> steps =
       options.headless ? readScript(options.scriptPath) : std::vector<ScriptStep>{};
   std::ofstream log;
@@ -62,16 +83,18 @@ int runEdit(const EditOptions& options, std::ostream& out) {
   LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, config);
   configurePlugin(*plugin.instance, options.plugin);
   plugin.instance->start();
+  CompanionRun beside(companion, *plugin.instance);
   {
     EditorSession session(windows.system, *plugin.instance, scale256);
     if (driverBackend != nullptr) {
       winsys::WindowDriver driver(windows.system, *driverBackend);
-      runEditScript(steps, {windows.system, driver, session, *plugin.instance, options.scriptPath});
+      runEditScript(steps, {windows.system, driver, session, options.scriptPath});
     } else {
       windows.system.runUntilClosed(
-          session.frame(), [&session] { session.idle(); }, EditorSession::kIdlePeriodMs);
+          session.frame(), [&session] { session.idle(); }, EditScriptHost::kIdlePeriodMs);
     }
   }
+  beside.stop();
   if (!options.saveStatePath.empty()) {
     writeBinaryFile(options.saveStatePath, plugin.instance->chunk());
     out << "saved the state of " << plugin.instance->effectName() << " to " << options.saveStatePath

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <ostream>
 #include <string>
 
@@ -44,5 +45,12 @@ struct EditOptions {
   std::string saveStatePath;      // written when the editor closes
   std::string automationLogPath;  // every call of the plug-in to the host, JSON lines
 };
+// What runs beside the editor on the same instance, live audio for one: `start` once the instance
+// is set up and started, before the editor opens; `stop` after the editor closed (or failed),
+// before the state is saved. [UI thread]
+struct EditCompanion {
+  std::function<void(PluginInstance&)> start;
+  std::function<void(PluginInstance&)> stop;
+};
 // Opens the plug-in's editor in a window until it is closed, or headless through the script.
-int runEdit(const EditOptions& options, std::ostream& out);
+int runEdit(const EditOptions& options, std::ostream& out, const EditCompanion& companion = {});

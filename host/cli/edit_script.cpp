@@ -10,8 +10,6 @@
 
 namespace {
 
-using winsys::MouseButton;
-
 // How the words after a verb read.
 enum class Shape {
   Target,         // TARGET [MODS]

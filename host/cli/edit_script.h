@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "host/cli/editor_session.h"
 #include "host/window/driver/window_driver.h"
 
 enum class ScriptVerb {
@@ -55,11 +54,27 @@ struct ScriptStep {
 // read, so that nothing runs of a script with a mistake in it.
 std::vector<ScriptStep> parseEditScript(std::istream& in, const std::string& name);
 
+// What a script acts on besides the windows: the open editor and the plug-in behind it. The edit
+// command puts a loaded instance behind it (EditorSession); a test can put an in-process one.
+class EditScriptHost {
+ public:
+  static constexpr int kIdlePeriodMs = 50;
+
+  virtual ~EditScriptHost() = default;
+  // The plug-in's window, null once closed; and the window `snapshot` draws.
+  virtual HWND editor() const = 0;
+  virtual HWND frame() const = 0;
+  // The host's idle calls: after each step and every kIdlePeriodMs of `wait`.
+  virtual void idle() = 0;
+  // A parameter by name or index set as automation does; throws HostError for an unknown one.
+  virtual void setParameter(const std::string& nameOrIndex, float normalised) = 0;
+  virtual std::vector<unsigned char> state() = 0;
+};
+
 struct ScriptRun {
   winsys::WindowSystem& system;
   winsys::WindowDriver& driver;
-  EditorSession& session;
-  PluginInstance& instance;
+  EditScriptHost& host;
   std::string name;  // of the script, for messages
 };
 

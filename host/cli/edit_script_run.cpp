@@ -1,4 +1,6 @@
 // Running a parsed edit script on the headless window system through its driver.
+#include <algorithm>
+
 #include "host/cli/edit_script.h"
 #include "host/cli/plugin_setup.h"
 #include "host/runtime/host_error.h"
@@ -20,7 +22,7 @@ class StepRunner {
     throw HostError(run_.name + ":" + std::to_string(step_.line) + ": " + what);
   }
   HWND window() const {
-    const HWND editor = run_.session.editor();
+    const HWND editor = run_.host.editor();
     if (editor == nullptr) fail("the editor is closed");
     if (step_.target.controlId == 0) return editor;
     const HWND control = run_.driver.control(editor, step_.target.controlId);
@@ -44,17 +46,16 @@ class StepRunner {
     }
   }
   void wait() {
-    for (int left = step_.numbers[0]; left > 0; left -= EditorSession::kIdlePeriodMs) {
-      run_.driver.advance(static_cast<std::uint32_t>(std::min(left, EditorSession::kIdlePeriodMs)));
-      run_.session.idle();
+    for (int left = step_.numbers[0]; left > 0; left -= EditScriptHost::kIdlePeriodMs) {
+      run_.driver.advance(
+          static_cast<std::uint32_t>(std::min(left, EditScriptHost::kIdlePeriodMs)));
+      run_.host.idle();
     }
   }
-  void set() {
-    run_.instance.setParameter(resolveParameter(run_.instance, step_.text), step_.value);
-  }
+  void set() { run_.host.setParameter(step_.text, step_.value); }
   void snapshot() {
     std::string error;
-    if (!run_.system.renderToPng(run_.session.frame(), step_.text, &error)) {
+    if (!run_.system.renderToPng(run_.host.frame(), step_.text, &error)) {
       fail("cannot write " + step_.text + ": " + error);
     }
   }
@@ -115,7 +116,7 @@ void StepRunner::operator()() {
     case ScriptVerb::Set:
       return set();
     case ScriptVerb::SaveState:
-      return writeBinaryFile(step_.text, run_.instance.chunk());
+      return writeBinaryFile(step_.text, run_.host.state());
     case ScriptVerb::Snapshot:
       return snapshot();
     default:
@@ -134,7 +135,7 @@ void runEditScript(const std::vector<ScriptStep>& steps, const ScriptRun& run) {
       const std::string what = error.what();
       throw HostError(what.starts_with(place) ? what : place + what);
     }
-    run.session.idle();
+    run.host.idle();
     run.system.paint();
   }
 }

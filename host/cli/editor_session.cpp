@@ -1,5 +1,6 @@
 #include "host/cli/editor_session.h"
 
+#include "host/cli/plugin_setup.h"
 #include "host/runtime/host_error.h"
 #include "host/window/core/window.h"
 
@@ -74,6 +75,10 @@ void EditorSession::idle() {
   instance_.idle();
 }
 
+void EditorSession::setParameter(const std::string& nameOrIndex, float normalised) {
+  instance_.setParameter(resolveParameter(instance_, nameOrIndex), normalised);
+}
+
 void EditorSession::close() {
   if (editorOpen_) {
     editorOpen_ = false;
@@ -89,7 +94,10 @@ void EditorSession::close() {
 LRESULT EditorSession::frameProcedure(HWND frame, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_CLOSE) {
     const winsys::Window* window = winsys::WindowSystem::current()->find(frame);
-    if (auto* session = reinterpret_cast<EditorSession*>(window->userData)) {
+    // The frame's user data holds its session, set by the constructor.
+    const LONG_PTR data = window->userData;
+    if (auto* session =
+            reinterpret_cast<EditorSession*>(data)) {  // NOLINT(performance-no-int-to-ptr)
       session->close();
       return 0;
     }

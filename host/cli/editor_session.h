@@ -5,27 +5,28 @@
 
 #include <string>
 
+#include "host/cli/edit_script.h"
 #include "host/runtime/plugin_instance.h"
 #include "host/window/core/window_system.h"
 
-class EditorSession {
+class EditorSession : public EditScriptHost {
  public:
-  static constexpr int kIdlePeriodMs = 50;
-
   // Throws HostError when the plug-in has no editor (effFlagsHasEditor clear) or does not open
   // one (effEditOpen answers 0 or makes no window).
   EditorSession(winsys::WindowSystem& system, PluginInstance& instance, int scale256);
-  ~EditorSession();
+  ~EditorSession() override;
   EditorSession(const EditorSession&) = delete;
   EditorSession& operator=(const EditorSession&) = delete;
 
-  HWND frame() const { return frame_; }
+  HWND frame() const override { return frame_; }
   // The plug-in's own window, the frame's child; null once closed.
-  HWND editor() const;
+  HWND editor() const override;
   bool isOpen() const { return system_.find(frame_) != nullptr; }
 
   // effEditIdle, and effIdle when the plug-in asked for idle calls.
-  void idle();
+  void idle() override;
+  void setParameter(const std::string& nameOrIndex, float normalised) override;
+  std::vector<unsigned char> state() override { return instance_.chunk(); }
   // effEditClose, then the frame; also what closing the frame's window does.
   void close();
 

@@ -8,7 +8,7 @@
 namespace {
 
 // Editors fill their controls on their first timer ticks.
-constexpr std::uint32_t kSettleMs = 2 * EditorSession::kIdlePeriodMs;
+constexpr std::uint32_t kSettleMs = 2 * EditScriptHost::kIdlePeriodMs;
 
 }  // namespace
 
@@ -25,8 +25,8 @@ SnapshotResult writeEditorSnapshot(const SnapshotOptions& options) {
   configurePlugin(*plugin.instance, options.plugin);
   plugin.instance->start();
   EditorSession session(system, *plugin.instance, scale256);
-  for (std::uint32_t ms = 0; ms < kSettleMs; ms += EditorSession::kIdlePeriodMs) {
-    system.advanceClock(EditorSession::kIdlePeriodMs);
+  for (std::uint32_t ms = 0; ms < kSettleMs; ms += EditScriptHost::kIdlePeriodMs) {
+    system.advanceClock(EditScriptHost::kIdlePeriodMs);
     session.idle();
   }
   const winsys::Window* frame = system.find(session.frame());

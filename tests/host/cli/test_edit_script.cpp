@@ -1,10 +1,14 @@
 // The edit script's lines as the parser reads them, and the mistakes it names.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "host/cli/edit_script.h"
 #include "host/runtime/host_error.h"
+#include "host/window/backend/headless_backend.h"
+#include "platform/win32_controls.h"
 
 namespace {
 
@@ -72,6 +76,73 @@ TEST(EditScript, NamesTheLineOfAMistake) {
       {"snapshot", "s.txt:1: missing text"},
   };
   for (const auto& [script, expected] : cases) EXPECT_EQ(parse(script), expected) << script;
+}
+
+// A plug-in stand-in behind the runner: an editor window in a frame, and a record of what the
+// script asked of it.
+class RecordingHost : public EditScriptHost {
+ public:
+  explicit RecordingHost(winsys::WindowSystem& system) {
+    frame_ = system.createFrame("frame", 200, 100, 256, false);
+    winsys::CreateParams params;
+    params.parent = frame_;
+    params.rect = {0, 0, 200, 100};
+    params.style = WS_CHILD | WS_VISIBLE;
+    editor_ = system.create(params);
+  }
+  HWND editor() const override { return editor_; }
+  HWND frame() const override { return frame_; }
+  void idle() override { calls += "i"; }
+  void setParameter(const std::string& name, float value) override {
+    if (name == "nothing") throw HostError("no parameter is called nothing");
+    calls += "[" + name + "=" + std::to_string(value) + "]";
+  }
+  std::vector<unsigned char> state() override { return {'s', 't'}; }
+
+  std::string calls;
+
+ private:
+  HWND frame_ = nullptr;
+  HWND editor_ = nullptr;
+};
+
+// The clock moves in the host's idle period, an idle call follows every step, and set, save-state
+// and the mistakes found while running reach the host with their line.
+TEST(EditScript, RunsEachStepWithTheHostsIdleCalls) {
+  auto backend = std::make_unique<winsys::HeadlessBackend>(256);
+  winsys::HeadlessBackend& headless = *backend;
+  winsys::WindowSystem system(std::move(backend));
+  winsys::WindowSystem::setCurrent(&system);
+  winsys::WindowDriver driver(system, headless);
+  RecordingHost host(system);
+  const std::string statePath =
+      (std::filesystem::temp_directory_path() / "edit_script_state.bin").string();
+  const struct {
+    std::string script;
+    std::string calls;
+    std::string error;
+  } cases[] = {
+      {"wait 120\n", "iiii", ""},
+      {"wait 0\nset in 1 X 0.25\n", "i[in 1 X=0.250000]i", ""},
+      {"save-state " + statePath + "\nclick #7\n", "i", "s.txt:2: the editor has no control #7"},
+      {"set nothing 1\n", "", "s.txt:1: no parameter is called nothing"},
+  };
+  for (const auto& c : cases) {
+    host.calls.clear();
+    std::istringstream in(c.script);
+    std::string error;
+    try {
+      runEditScript(parseEditScript(in, "s.txt"), {system, driver, host, "s.txt"});
+    } catch (const HostError& e) {
+      error = e.what();
+    }
+    EXPECT_EQ(host.calls, c.calls) << c.script;
+    EXPECT_EQ(error, c.error) << c.script;
+  }
+  std::ifstream saved(statePath, std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), "st");
+  std::filesystem::remove(statePath);
+  winsys::WindowSystem::setCurrent(nullptr);
 }
 
 }  // namespace
