@@ -317,15 +317,18 @@ TEST(EditorControls, InfluenceModeDecidesTheNormalisationBox) {
   EXPECT_EQ(host.reports, Reports{});
 }
 
+// One host at a time: the window system is the process's current one.
 TEST(EditorControls, LfeBoxGivesAndTakesTheFourthSpeakersRole) {
-  BehaviourHost host(2, 6);
-  host.click(item::kLfe);
-  EXPECT_EQ(host.speaker(3).isLfe, 1);
-  EXPECT_STREQ(host.speaker(3).name, "LFE");
-  host.speaker(5).isLfe = 1;
-  host.click(item::kLfe);
-  for (int s = 0; s < 6; ++s) EXPECT_EQ(host.speaker(s).isLfe, 0) << s;
-  EXPECT_STREQ(host.speaker(3).name, "speaker D");
+  {
+    BehaviourHost host(2, 6);
+    host.click(item::kLfe);
+    EXPECT_EQ(host.speaker(3).isLfe, 1);
+    EXPECT_STREQ(host.speaker(3).name, "LFE");
+    host.speaker(5).isLfe = 1;
+    host.click(item::kLfe);
+    for (int s = 0; s < 6; ++s) EXPECT_EQ(host.speaker(s).isLfe, 0) << s;
+    EXPECT_STREQ(host.speaker(3).name, "speaker D");
+  }
   BehaviourHost three(2, 3);
   three.click(item::kLfe);
   for (int s = 0; s < 3; ++s) EXPECT_EQ(three.speaker(s).isLfe, 0) << "no fourth speaker";
