@@ -1,7 +1,9 @@
 // Opening the editor dialog: the scale, the combos, faders and knobs, the column origins, the
 // button images, the rows of the two strips, then the first relayout and the 50 ms timer.
 #include "editor/dialog_calls.h"
+#include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
+#include "model/host_link.h"
 #include "model/layouts.h"
 #include "plugin/host_api.h"
 
@@ -96,6 +98,7 @@ void prepareRow(HWND dialog, const StripGeometry& geometry, Strip strip, int row
 void openEditorDialog(PannerPlugin& plugin, HWND dialog) {
   plugin.editor.lockInputs = 0;
   plugin.host.editorWindow = dialog;
+  onLockInputsChanged = &applyInputLock;
   const int scale256 = dialogScale256(dialog);
   plugin.view.viewScale = scale256;
   const StripGeometry geometry{scale256};

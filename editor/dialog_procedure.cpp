@@ -2,6 +2,7 @@
 // procedure hands each message to the part that handles it. Every message answers 0, so the
 // window layer's default handling follows.
 #include "editor/dialog_calls.h"
+#include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
 #include "editor/view/position_readout.h"
 #include "editor/view/space_render.h"
@@ -15,22 +16,15 @@ void onTimer(PannerPlugin& plugin, HWND dialog, UINT_PTR timer) {
       return editorRefreshTick(plugin, dialog);
     case kInfoClearTimerId:
       return setInfoText(plugin, "");
+    case kTrimTypedTimerId:
+    case kInputCountTimerId:
+    case kSpeakerCountTimerId:
+      return applyTypedEdit(plugin, dialog, timer);
+    case kRenameWatchdogTimerId:
+      return checkRenameFocus(dialog);
     default:
-      return;  // the delayed edits and the rename watchdog: the command handlers' timers
+      return;
   }
-}
-
-// The controls' notifications and the mouse on the dialog itself (the name strips, the options
-// menu) belong to the command handlers; until they come the dialog shows without reacting.
-void onCommand(PannerPlugin& /*plugin*/, HWND /*dialog*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {}
-void onFaderScroll(PannerPlugin& /*plugin*/, HWND /*dialog*/, WPARAM /*wParam*/,
-                   LPARAM /*lParam*/) {}
-void onNamesClick(PannerPlugin& /*plugin*/, HWND /*dialog*/, LPARAM /*lParam*/) {}
-void onNamesDoubleClick(PannerPlugin& /*plugin*/, HWND /*dialog*/, LPARAM /*lParam*/) {}
-void onContextMenu(PannerPlugin& /*plugin*/, HWND /*dialog*/, LPARAM /*lParam*/) {}
-void onBeginRename(PannerPlugin& /*plugin*/, HWND /*dialog*/, WPARAM /*channel*/) {}
-void onEndRename(PannerPlugin& plugin, WPARAM /*commit*/) {
-  cancelRenameOf(plugin);
 }
 
 void dialogProcedure(PannerPlugin& plugin, HWND dialog, UINT message, WPARAM wParam,
@@ -45,24 +39,24 @@ void dialogProcedure(PannerPlugin& plugin, HWND dialog, UINT message, WPARAM wPa
     case WM_PAINT:
       return paintNameStrips(plugin, dialog);
     case WM_COMMAND:
-      return onCommand(plugin, dialog, wParam, lParam);
+      return onDialogCommand(plugin, dialog, wParam, lParam);
     case WM_HSCROLL:
     case WM_VSCROLL:
-      return onFaderScroll(plugin, dialog, wParam, lParam);
+      return onDialogFader(plugin, dialog, wParam, lParam);
     case WM_LBUTTONDOWN:
-      return onNamesClick(plugin, dialog, lParam);
+      return onNamesClick(plugin, lParam);
     case WM_LBUTTONDBLCLK:
       return onNamesDoubleClick(plugin, dialog, lParam);
     case WM_CONTEXTMENU:
-      return onContextMenu(plugin, dialog, lParam);
+      return showOptionsMenu(dialog, lParam);
     case WM_EDITOR_REFRESH:
       return refreshEditorDialog(plugin, dialog);
     case WM_EDITOR_RELAYOUT:
       return relayoutEditorDialog(plugin, dialog);
     case WM_EDITOR_BEGINRENAME:
-      return onBeginRename(plugin, dialog, wParam);
+      return beginRename(plugin, dialog, static_cast<int>(wParam));
     case WM_EDITOR_ENDRENAME:
-      return onEndRename(plugin, wParam);
+      return endRename(plugin, dialog, wParam != 0);
     default:
       return;
   }

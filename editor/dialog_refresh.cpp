@@ -4,6 +4,7 @@
 
 #include "editor/dialog_calls.h"
 #include "editor/editor_dialog.h"
+#include "editor/group_edit.h"
 #include "model/field_access.h"
 #include "model/layouts.h"
 #include "plugin/host_api.h"
@@ -14,18 +15,6 @@ constexpr int kRelativeTick = 500;
 constexpr double kZoomLow = 0.1;
 constexpr double kZoomSpan = 0.85;
 constexpr double kSilentTrim = 1e-6;
-
-// The group-edit modes every row offers before the "To <speaker>" modes.
-constexpr const char* kGroupModeNames[] = {"Left/Right",
-                                           "Back/Front",
-                                           "Low/High",
-                                           "Back left/Front right",
-                                           "Front left/Back right",
-                                           "Expand/Contract",
-                                           "Rotate",
-                                           "Diffusion level",
-                                           "Diffusion bias",
-                                           "Diffusion rotate"};
 
 constexpr std::uint8_t InputChannel::*kInputFlags[kStripFlagCount] = {
     &InputChannel::mute, &InputChannel::solo, &InputChannel::reverse};
@@ -88,7 +77,7 @@ void refillGroupModes(const Refresh& r, int id) {
     const Speaker& speaker = r.plugin.model.speakers[s];
     if (speaker.isLfe) continue;
     char text[kNameCapacity + 8];
-    std::snprintf(text, sizeof text, "To %s", speaker.name);
+    std::snprintf(text, sizeof text, kGroupToSpeakerFormat, speaker.name);
     addComboItem(r.dialog, id, text);
   }
 }

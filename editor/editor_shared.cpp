@@ -1,5 +1,6 @@
 #include "editor/editor_shared.h"
 
+#include "editor/dialog_handlers.h"
 #include "editor/view/shared_drawing.h"
 #include "plugin/editor_link.h"
 #include "plugin/host_api.h"
@@ -7,7 +8,7 @@
 
 int updatingControls = 0;
 ColumnOrigins columnOrigins{};
-RenameState renameState{};
+RenameState renameState{nullptr, nullptr, 0, {&translateRenameKey, true, nullptr}};
 ButtonImages buttonImages{};
 
 // [UI thread] Only the closing part: opening and committing a rename are the dialog's commands.

@@ -85,9 +85,11 @@ void WindowSystem::handleKey(const InputEvent& event) {
     heldKeys_[key / 32] = down ? (heldKeys_[key / 32] | bit) : (heldKeys_[key / 32] & ~bit);
   }
   const LPARAM repeatAndState = down ? 1 : static_cast<LPARAM>(0xC0000001u);
-  routeKeyMessage(down ? WM_KEYDOWN : WM_KEYUP, static_cast<WPARAM>(key), repeatAndState);
+  const bool hooked =
+      routeKeyMessage(down ? WM_KEYDOWN : WM_KEYUP, static_cast<WPARAM>(key), repeatAndState);
+  // As in Win32, a key an accelerator took is not translated into a character.
   const int character = controlCharacter(key);
-  if (down && character != 0 && !keyHeld(VK_CONTROL)) {
+  if (down && !hooked && character != 0 && !keyHeld(VK_CONTROL)) {
     routeKeyMessage(WM_CHAR, static_cast<WPARAM>(character), repeatAndState);
   }
 }
@@ -97,11 +99,12 @@ void WindowSystem::handleText(const InputEvent& event) {
   for (const std::uint32_t point : codePoints(event.text)) routeKeyMessage(WM_CHAR, point, 1);
 }
 
-void WindowSystem::routeKeyMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (keyInterceptor_ && keyInterceptor_(message, wParam, lParam)) return;
-  if (offerToAccelerators(message, wParam, lParam)) return;
-  if (handleDialogKey(message, wParam)) return;
+bool WindowSystem::routeKeyMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (keyInterceptor_ && keyInterceptor_(message, wParam, lParam)) return false;
+  if (offerToAccelerators(message, wParam, lParam)) return true;
+  if (handleDialogKey(message, wParam)) return false;
   if (focus_ != nullptr) send(focus_, message, wParam, lParam);
+  return false;
 }
 
 bool WindowSystem::offerToAccelerators(UINT message, WPARAM wParam, LPARAM lParam) {

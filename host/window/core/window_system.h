@@ -188,7 +188,8 @@ class WindowSystem {
   void handleWheel(Window* topLevel, const InputEvent& event);
   void handleKey(const InputEvent& event);
   void handleText(const InputEvent& event);
-  void routeKeyMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  // True when an accelerator record took the message.
+  bool routeKeyMessage(UINT message, WPARAM wParam, LPARAM lParam);
   bool offerToAccelerators(UINT message, WPARAM wParam, LPARAM lParam);
   bool handleDialogKey(UINT message, WPARAM wParam);
   void updateHover(Window* window);

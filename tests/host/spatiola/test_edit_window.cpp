@@ -57,3 +57,57 @@ TEST_F(EditWindow, OpensTheEditorAndSavesTheStateWhenClosed) {
   const CommandResult scene = spatiola({"scene", "export", path("closed.bin")});
   EXPECT_NE(scene.out.find(R"("layout": "5.1 surround")"), std::string::npos) << scene.err;
 }
+
+namespace {
+
+// xdotool's commands against `window` (a decimal X id); false when it failed.
+bool xdotool(unsigned long window, const std::string& commands) {
+  std::string line = commands;
+  for (std::size_t at = 0; (at = line.find("W", at)) != std::string::npos;) {
+    line.replace(at, 1, std::to_string(window));
+  }
+  return std::system(("xdotool " + line + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+void pause(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+}  // namespace
+
+// The real keyboard and mouse through the X server: input 1 dragged right, "3" typed as the input
+// count, input 1 renamed, the top group knob ("Left/Right") turned on the selected input 1.
+TEST_F(EditWindow, MouseAndKeysEditTheSetupThatIsSavedOnClosing) {
+  if (std::system("command -v xdotool >/dev/null 2>&1") != 0) GTEST_SKIP() << "no xdotool";
+  XvfbServer server;
+  std::string error;
+  ASSERT_TRUE(server.start(1024, 768, &error)) << error;
+  ChildProcess edit({SPATIOLA_EXE, "edit", "--save-state", path("edited.bin")});
+  ASSERT_TRUE(edit.started());
+  XWindowClient x;
+  ASSERT_TRUE(x.connected());
+  unsigned long window = 0;
+  ASSERT_TRUE(waitFor([&] { return (window = x.find("Spatiola")) != 0 || edit.finished(); }));
+  ASSERT_NE(window, 0ul);
+  pause(300);
+  ASSERT_TRUE(xdotool(window,
+                      "mousemove --window W 203 188 mousedown 1 mousemove --window W 208 "
+                      "188 mousemove --window W 213 188 mouseup 1"));
+  ASSERT_TRUE(xdotool(window, "mousemove --window W 692 27 click 1 key End BackSpace type 3"));
+  pause(800);
+  ASSERT_TRUE(xdotool(window, "mousemove --window W 180 502 click --repeat 2 --delay 80 1"));
+  pause(200);
+  ASSERT_TRUE(xdotool(window, "type Lead"));
+  ASSERT_TRUE(xdotool(window, "key Return"));
+  ASSERT_TRUE(xdotool(window,
+                      "mousemove --window W 700 112 mousedown 1 mousemove --window W 700 "
+                      "107 mousemove --window W 700 102 mouseup 1"));
+  pause(300);
+  x.askToClose(window);
+  ASSERT_TRUE(waitFor([&] { return edit.finished(); }));
+  EXPECT_EQ(edit.status(), 0);
+  const std::string scene = spatiola({"scene", "export", path("edited.bin")}).out;
+  EXPECT_NE(scene.find(R"("name": "Lead")"), std::string::npos) << scene;
+  EXPECT_NE(scene.find(R"("name": "channel 3")"), std::string::npos) << "three inputs";
+  EXPECT_EQ(scene.find(R"("x": -0.25,)"), std::string::npos) << "input 1 moved";
+}
