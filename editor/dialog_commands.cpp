@@ -34,8 +34,9 @@ bool isChecked(HWND dialog, int id) {
   return plaskCall<PlaskId::IsDlgButtonChecked>(dialog, id) == BST_CHECKED;
 }
 
-void restartTimer(HWND dialog, UINT_PTR timer) {
-  plaskCall<PlaskId::SetTimer>(dialog, timer, kTypedEditDelayMs, TIMERPROC{nullptr});
+void restartTimer(const Command& c, UINT_PTR timer) {
+  c.plugin.editor.typingEdits |= typingBit(timer);
+  plaskCall<PlaskId::SetTimer>(c.dialog, timer, kTypedEditDelayMs, TIMERPROC{nullptr});
 }
 
 void chooseLayout(PannerPlugin& plugin, int selection) {
@@ -152,9 +153,9 @@ bool unguardedCommand(const Command& c) {
 
 void editChanged(const Command& c) {
   if (c.code != EN_CHANGE) return;
-  if (c.id == item::kInputCount) restartTimer(c.dialog, kInputCountTimerId);
-  if (c.id == item::kSpeakerCount) restartTimer(c.dialog, kSpeakerCountTimerId);
-  if (c.id == item::kCenterTrimText) restartTimer(c.dialog, kTrimTypedTimerId);
+  if (c.id == item::kInputCount) restartTimer(c, kInputCountTimerId);
+  if (c.id == item::kSpeakerCount) restartTimer(c, kSpeakerCountTimerId);
+  if (c.id == item::kCenterTrimText) restartTimer(c, kTrimTypedTimerId);
 }
 
 void comboChosen(const Command& c) {

@@ -12,6 +12,9 @@ constexpr UINT_PTR kInputCountTimerId = 3;
 constexpr UINT_PTR kSpeakerCountTimerId = 4;
 constexpr UINT_PTR kRenameWatchdogTimerId = 100;
 constexpr UINT kTypedEditDelayMs = 500;  // after the last key
+constexpr std::uint8_t typingBit(UINT_PTR typedTimer) {
+  return static_cast<std::uint8_t>(1u << typedTimer);
+}
 constexpr UINT kRenameWatchdogMs = 100;
 
 // ln(10) / 20: dB to the exponent of a linear factor.

@@ -97,6 +97,7 @@ void prepareRow(HWND dialog, const StripGeometry& geometry, Strip strip, int row
 
 void openEditorDialog(PannerPlugin& plugin, HWND dialog) {
   plugin.editor.lockInputs = 0;
+  plugin.editor.typingEdits = 0;  // the timers of an earlier dialog died with it
   plugin.host.editorWindow = dialog;
   onLockInputsChanged = &applyInputLock;
   const int scale256 = dialogScale256(dialog);

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "editor/dialog_calls.h"
+#include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
 #include "editor/group_edit.h"
 #include "model/field_access.h"
@@ -46,6 +47,11 @@ const InputChannelField& inputFaderField(const PannerPlugin& plugin) {
 }
 const SpeakerField& speakerFaderField(const PannerPlugin& plugin) {
   return fieldOfParameter(kSpeakerFields, speakerFaderMode(plugin) == 1 ? kSpkInfluence : kSpkGain);
+}
+
+// A field the user is typing in keeps the text: a refresh in those 500 ms would eat keys.
+bool typing(const Refresh& r, UINT_PTR typedTimer) {
+  return (r.plugin.editor.typingEdits & typingBit(typedTimer)) != 0;
 }
 
 void setText(const Refresh& r, int id, const char* format, int value) {
@@ -146,6 +152,7 @@ void centerTrim(const Refresh& r, const EditorControl& control) {
 }
 
 void centerTrimEdit(const Refresh& r, const EditorControl& control) {
+  if (typing(r, kTrimTypedTimerId)) return;
   char text[32];
   centerTrimText(r.plugin, text);
   setItemText(r.dialog, control.id, text);
@@ -163,9 +170,10 @@ void refreshControl(const Refresh& r, const EditorControl& control) {
   PannerPlugin& p = r.plugin;
   switch (control.shows) {
     case Shows::InputCount:
+      if (typing(r, kInputCountTimerId)) return;
       return setText(r, control.id, "%d", p.inputCount());
     case Shows::SpeakerCount:
-      setText(r, control.id, "%d", p.speakerCount());
+      if (!typing(r, kSpeakerCountTimerId)) setText(r, control.id, "%d", p.speakerCount());
       return enableItem(d, control.id, userSetup(p));
     case Shows::SpeakerCountLabel:
       return enableItem(d, control.id, userSetup(p));

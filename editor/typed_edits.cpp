@@ -68,6 +68,7 @@ void applyTypedTrim(PannerPlugin& plugin, HWND dialog) {
 
 void applyTypedEdit(PannerPlugin& plugin, HWND dialog, UINT_PTR timer) {
   plaskCall<PlaskId::KillTimer>(dialog, timer);
+  plugin.editor.typingEdits &= static_cast<std::uint8_t>(~typingBit(timer));
   if (timer == kTrimTypedTimerId) return applyTypedTrim(plugin, dialog);
   applyTypedCount(plugin, dialog, timer == kInputCountTimerId);
 }

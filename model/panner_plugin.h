@@ -98,6 +98,8 @@ struct EditorState {
   std::int32_t speakerFaderOffset = 0;
   std::uint8_t lockInputs = 0;
   std::int32_t groupKnobModes[3] = {0, 6, 7};  // saved with the state
+  // Bit t: the typed edit of timer t waits to apply, so a refresh keeps the user's text in it.
+  std::uint8_t typingEdits = 0;
   DAUB_IBitmap* namesBitmap = nullptr;
 };
 

@@ -89,7 +89,7 @@ int runEdit(const EditOptions& options, std::ostream& out, std::ostream& notes,
     EditorSession session(windows.system, *plugin.instance, scale256);
     if (driverBackend != nullptr) {
       winsys::WindowDriver driver(windows.system, *driverBackend);
-      runEditScript(steps, {windows.system, driver, session, options.scriptPath});
+      runEditScript(steps, {windows.system, driver, session, options.scriptPath, &notes});
     } else {
       windows.system.runUntilClosed(
           session.frame(), [&session] { session.idle(); }, EditScriptHost::kIdlePeriodMs);

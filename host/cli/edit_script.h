@@ -4,6 +4,7 @@
 #pragma once
 
 #include <istream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -75,7 +76,8 @@ struct ScriptRun {
   winsys::WindowSystem& system;
   winsys::WindowDriver& driver;
   EditScriptHost& host;
-  std::string name;  // of the script, for messages
+  std::string name;               // of the script, for messages
+  std::ostream* notes = nullptr;  // where a step that does nothing is said to
 };
 
 // Runs the steps in order, with the host's idle calls after each and every 50 ms of `wait`;

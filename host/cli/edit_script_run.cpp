@@ -26,8 +26,15 @@ class StepRunner {
     if (editor == nullptr) fail("the editor is closed");
     if (step_.target.controlId == 0) return editor;
     const HWND control = run_.driver.control(editor, step_.target.controlId);
-    if (control == nullptr)
-      fail("the editor has no control #" + std::to_string(step_.target.controlId));
+    const std::string name = "control #" + std::to_string(step_.target.controlId);
+    if (control == nullptr) fail("the editor has no " + name);
+    // The mouse does nothing there and keys stay where the focus was: the script's author would
+    // see later steps act on the wrong control, and no reason.
+    if (!run_.system.find(control)->enabled && run_.notes != nullptr) {
+      *run_.notes << run_.name << ":" << step_.line << ": note: " << name
+                  << " is disabled and ignores the mouse (an editor may enable it on its timer: "
+                     "wait first)\n";
+    }
     return control;
   }
   POINT point(HWND w) const {

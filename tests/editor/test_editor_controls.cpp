@@ -1,6 +1,7 @@
 // The dialog's controls operated as a user does, in the host's headless window system: what each
 // changes in the model and exactly which automation the host receives.
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "model/layouts.h"
@@ -30,6 +31,7 @@ TEST(EditorControls, TypedCountsApplyHalfASecondAfterTheLastKey) {
   for (const Case& c : cases) {
     BehaviourHost host(2, 4);
     host.typeInto(c.edit, c.text);
+    host.plugin().model.changeFlags.fetch_or(kChangeLevels);  // the host automates meanwhile
     host.tick(450);
     EXPECT_EQ(host.plugin().inputCount(), 2) << c.text << ": not yet";
     EXPECT_EQ(host.plugin().speakerCount(), 4) << c.text << ": not yet";
@@ -39,6 +41,11 @@ TEST(EditorControls, TypedCountsApplyHalfASecondAfterTheLastKey) {
     const bool applied = c.inputs != 2 || c.speakers != 4;
     EXPECT_EQ(host.plugin().host.pendingArrangement, applied ? 0x10402u : 0u) << c.text;
     EXPECT_EQ(host.reports, Reports{}) << c.text;
+    host.plugin().model.changeFlags.fetch_or(kChangeLevels);
+    host.tick(50);
+    EXPECT_EQ(host.text(c.edit),
+              std::to_string(c.edit == item::kInputCount ? c.inputs : c.speakers))
+        << c.text << ": once applied, a refresh shows the count again";
   }
 }
 
@@ -70,6 +77,7 @@ TEST(EditorControls, TypedTrimIsLimitedToFourAndReportedOnce) {
   for (const Step& step : steps) {
     host.reports.clear();
     host.typeInto(item::kCenterTrimText, step.text);
+    host.plugin().model.changeFlags.fetch_or(kChangeLevels);
     host.tick(500);
     EXPECT_DOUBLE_EQ(host.plugin().model.centerTrim, step.trim) << step.text;
     ASSERT_EQ(host.reports.size(), step.reports.size()) << step.text;

@@ -71,6 +71,28 @@ TEST_F(EditCommand, AScriptDrivesTheEditorAndTheLogKeepsItsReports) {
   EXPECT_NE(scene.out.find("\"gain\": 0.5"), std::string::npos);
 }
 
+// "user setup" enables the speaker count and "LFE" at the editor's next 50 ms refresh: a click
+// before it does nothing, and the script says so rather than leave keys to the layout combo.
+TEST_F(EditCommand, AClickOnADisabledControlIsNoted) {
+  const std::string note =
+      path("s.txt") +
+      ":3: note: control #1230 is disabled and ignores the mouse (an editor may enable it on "
+      "its timer: wait first)\n";
+  const struct {
+    const char* between;
+    bool lfe;
+  } cases[] = {{"", false}, {"wait 50\n", true}};
+  for (const auto& c : cases) {
+    const CommandResult run =
+        edit(std::string("wait 100\nchoose #1131 0\n") + c.between + "click #1230\n",
+             {"--layout", "octophonic", "--save-state", path("after.bin")});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, c.lfe ? "" : note);
+    const std::string scene = spatiola({"scene", "export", path("after.bin")}).out;
+    EXPECT_EQ(scene.find(R"("name": "LFE")") != std::string::npos, c.lfe) << c.between;
+  }
+}
+
 TEST_F(EditCommand, MistakesAndPluginsWithoutAnEditorAreErrors) {
   const struct {
     std::string script;
