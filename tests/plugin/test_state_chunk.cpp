@@ -320,18 +320,13 @@ TEST_F(StateChunk, HeaderIntegersLandOnValuesTheEditorCanShow) {
 
 TEST_F(StateChunk, TwoInstancesSavingAtOnceKeepTheirOwnBlocks) {
   setSpeakerCount(*other, 40);
-  const Bytes expectedA = saved(*plugin);
-  const Bytes expectedB = saved(*other);
-  bool sameA = true;
-  bool sameB = true;
-  std::thread a([&] {
-    for (int i = 0; i < 200; ++i) sameA = sameA && saved(*plugin) == expectedA;
-  });
-  std::thread b([&] {
-    for (int i = 0; i < 200; ++i) sameB = sameB && saved(*other) == expectedB;
-  });
-  a.join();
-  b.join();
-  EXPECT_TRUE(sameA);
-  EXPECT_TRUE(sameB);
+  bool same[2] = {true, true};
+  std::vector<std::thread> savers;
+  for (PannerPlugin* p : {plugin.get(), other.get()}) {
+    savers.emplace_back([p, expected = saved(*p), &same = same[savers.size()]] {
+      for (int i = 0; i < 200; ++i) same = same && saved(*p) == expected;
+    });
+  }
+  for (std::thread& saver : savers) saver.join();
+  EXPECT_EQ(std::pair(same[0], same[1]), std::pair(true, true));
 }
