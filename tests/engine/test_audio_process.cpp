@@ -178,10 +178,8 @@ TEST_F(AudioProcess, AMutedInputFullOfInfinitiesCannotReachTheOutputs) {
   in[0][3] = std::numeric_limits<double>::quiet_NaN();
   plugin->model.inputs[0].mute = 1;
   for (int block = 0; block < 2; ++block) {
-    const auto out = processBlock(*plugin, in, 2, 64);
-    for (const auto& channel : out) {
+    for (const auto& channel : processBlock(*plugin, in, 2, 64))
       for (double x : channel) ASSERT_TRUE(std::isfinite(x));
-    }
   }
 }
 
@@ -243,9 +241,8 @@ TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
       ASSERT_TRUE(forceMixPath(*plugin, path));
       Channels in(static_cast<std::size_t>(c.inputs),
                   std::vector<double>(static_cast<std::size_t>(c.frames)));
-      for (auto& channel : in) {
+      for (auto& channel : in)
         for (double& x : channel) x = unit(random);
-      }
       std::vector<bool> audible(static_cast<std::size_t>(c.inputs), true);
       auto out = processBlock(*plugin, in, c.speakers, c.frames);  // the first gains at once
       const std::vector<double> before = appliedGains(*plugin);

@@ -74,6 +74,11 @@ class GainLaw : public ::testing::Test {
   double absoluteGain(double distance) { return 1.0 - (distance - 0.02) / 0.98; }
 };
 
+// Distance from the edge of the dead zone, in the law's units.
+double lawDistance(Position3 a, Position3 b) {
+  return (std::hypot(a.x - b.x, a.y - b.y, a.z - b.z) - 0.02) / 0.98;
+}
+
 void expectRelative(double actual, double expected) {
   EXPECT_NEAR(actual, expected, std::fabs(expected) * 1e-15) << "expected " << expected;
 }
@@ -184,17 +189,8 @@ TEST_F(GainLaw, RelativeLawFadesSpeakersAsTheInputReachesTheOppositeWall) {
   for (const Case& c : cases) {
     speakersAt({c.speaker, {0.5, 0.5, 0.5}});  // the second speaker never fades
     placeInput(c.input.x, c.input.y, c.input.z);
-    const double d0 =
-        (std::sqrt(std::pow(c.speaker.x - c.input.x, 2) + std::pow(c.speaker.y - c.input.y, 2) +
-                   std::pow(c.speaker.z - c.input.z, 2)) -
-         0.02) /
-        0.98;
-    const double d1 = (std::sqrt(std::pow(0.5 - c.input.x, 2) + std::pow(0.5 - c.input.y, 2) +
-                                 std::pow(0.5 - c.input.z, 2)) -
-                       0.02) /
-                      0.98;
-    const double w0 = c.fade * std::exp2(-4 * d0);
-    const double w1 = std::exp2(-4 * d1);
+    const double w0 = c.fade * std::exp2(-4 * lawDistance(c.speaker, c.input));
+    const double w1 = std::exp2(-4 * lawDistance({0.5, 0.5, 0.5}, c.input));
     gains = row();
     EXPECT_NEAR(gains[0], w0 / (w0 + w1), 1e-13) << c.input.x << " " << c.input.y;
   }

@@ -37,7 +37,7 @@ TEST(CountNotifications, ChangesReportTheMovedRangeThenIoThenTheSpeakerCount) {
   }
 }
 
-TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
+TEST(CountNotifications, SameCountSendsNothingButStillMarksAResizeAndCountsStayIn0To64) {
   RecordingHost host;
   auto plugin = makeInstance(2);
   plugin->model.changeFlags = 0;
@@ -49,12 +49,7 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResize) {
   EXPECT_EQ(plugin->model.changeFlags & kChangeCounts, kChangeCounts);
   EXPECT_EQ(plugin->model.gainRows, -1);
   EXPECT_EQ(plugin->model.gainCols, -1);
-}
-
-TEST(CountLimits, CountsAreClampedTo0Through64) {
-  RecordingHost host;
-  auto plugin = makeInstance(2);
-  setInputCount(*plugin, 200);
+  setInputCount(*plugin, 200);  // counts are clamped to 0..64
   setSpeakerCount(*plugin, -5);
   EXPECT_EQ(plugin->inputCount(), 64);
   EXPECT_EQ(plugin->speakerCount(), 0);

@@ -114,7 +114,7 @@ TEST(DefaultLayout, AHostChannelChangeNeverMakesACustomLayout) {
   EXPECT_EQ(layoutPresetForHostChannels(40), 7);
 }
 
-TEST(CustomSpeakerCount, RenamesPresetSpeakersAndKeepsTheirPlaces) {
+TEST(CustomSpeakerCount, RenamesPresetSpeakersKeepsTheirPlacesAndGivesNewOnesTheInfluence) {
   RecordingHost host;
   auto plugin = makeInstance(2);
   applyLayoutPreset(*plugin, 9);  // 7.1 ITU-R
@@ -132,13 +132,8 @@ TEST(CustomSpeakerCount, RenamesPresetSpeakersAndKeepsTheirPlaces) {
     EXPECT_EQ(plugin->model.speakers[i].y, 0.5);
     EXPECT_EQ(plugin->model.speakers[i].influence, 0.875);
   }
-}
-
-TEST(CustomSpeakerCount, SpeakersAddedToAnItuLayoutTakeItsInfluence) {
-  RecordingHost host;
   for (const auto& [preset, influence] : {std::pair{7, 1.0}, {8, 0.875}, {10, 0.875}}) {
-    auto plugin = makeInstance(2);
-    applyLayoutPreset(*plugin, preset);
+    applyLayoutPreset(*plugin, preset);  // an added speaker takes the layout's influence
     setSpeakerCount(*plugin, plugin->speakerCount() + 1);
     EXPECT_EQ(plugin->model.speakers[plugin->speakerCount() - 1].influence, influence) << preset;
   }

@@ -1,6 +1,7 @@
 // The saved state block: layout, round trips, older versions, cut-off and hostile blocks.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -149,31 +150,23 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   EXPECT_EQ(saved(*other), block);
 }
 
-TEST_F(StateChunk, LoadingFinishesTheModelUpdate) {
-  BlockBuilder b;
-  b.header(4, 1, 3)
-      .input(4, 0.1, "a")
-      .speaker(4, 0.1, "x")
-      .speaker(4, 0.2, "y")
-      .speaker(4, 0.3, "z");
-  plugin->mix.inputPeaks[0] = 0.5;
-  plugin->model.changeFlags = 0;
-  load(*plugin, b.bytes);
-  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.0);
-  EXPECT_EQ(plugin->model.gainRows, -1);
-  EXPECT_EQ(plugin->model.changeFlags.load(), 31u);
-  EXPECT_TRUE(plugin->host.stateLoaded.load());
-  EXPECT_EQ(plugin->host.effect.numOutputs, 3);
-}
-
-TEST_F(StateChunk, OlderVersionsTakeDefaultsForMissingFieldsAndLaterOnesReadAs4) {
+TEST_F(StateChunk, EveryVersionFinishesTheModelUpdateOlderOnesTakeDefaultsLaterOnesReadAs4) {
   for (int version : {0, 1, 2, 3, 4, 9}) {
     SCOPED_TRACE(version);
     BlockBuilder b;
     b.header(version, 1, 1).input(version, 0.1, "in").speaker(version, 0.4, "out");
     plugin->model.optionFlags = 0x10000;
     plugin->editor.inputFaderOffset = 12;
+    plugin->mix.inputPeaks[0] = 0.5;
+    plugin->model.changeFlags = 0;
+    plugin->host.stateLoaded = false;
     load(*plugin, b.bytes);
+    // Loading finishes the model update: meters cleared, matrix resized, every change flagged.
+    EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.0);
+    EXPECT_EQ(plugin->model.gainRows, -1);
+    EXPECT_EQ(plugin->model.changeFlags.load(), 31u);
+    EXPECT_TRUE(plugin->host.stateLoaded.load());
+    EXPECT_EQ(plugin->host.effect.numOutputs, 1);
     EXPECT_EQ(plugin->editor.inputFaderOffset, version >= 4 ? 4 : 0);
     EXPECT_EQ(plugin->model.optionFlags, version >= 3 ? 0x20000u : 0u);
     EXPECT_EQ(plugin->model.inputs[0].gain, version >= 3 ? 2.0 : 1.0);
@@ -290,31 +283,20 @@ TEST_F(StateChunk, NonFiniteAndOutOfRangeRealsAreMadeSafe) {
   b.f64(nan).f64(-inf).f64(1e300).f64(-1e300).f64(nan).f64(7.0).f64(-3.0).f64(inf).i32(0).name("x");
   b.f64(inf).f64(nan).f64(5.0).f64(-5.0).f64(-1.0).i32(0).name("y");
   load(*plugin, b.bytes);
-  EXPECT_EQ(plugin->editor.inputFaderOffset, 0);
-  EXPECT_EQ(plugin->editor.speakerFaderOffset, 60);
-  EXPECT_EQ(plugin->editor.groupKnobModes[0], 73);
-  EXPECT_EQ(plugin->editor.groupKnobModes[1], 0);
+  const EditorState& e = plugin->editor;
+  EXPECT_EQ((std::array{e.inputFaderOffset, e.speakerFaderOffset, e.groupKnobModes[0],
+                        e.groupKnobModes[1]}),
+            (std::array{0, 60, 73, 0}));
   EXPECT_EQ(plugin->model.optionFlags, 0x30101u);  // each fader mode is 0 or 1, no undefined bits
-  const InputChannel& in = plugin->model.inputs[0];
-  const Speaker& sp = plugin->model.speakers[0];
-  const std::vector<double> loaded = {plugin->model.centerTrim,
-                                      plugin->view.zoom,
-                                      plugin->model.spaceScaleX,
-                                      plugin->model.spaceScaleY,
-                                      plugin->model.spaceScaleZ,
-                                      in.gain,
-                                      in.lfeSend,
-                                      in.x,
-                                      in.y,
-                                      in.z,
-                                      in.diffuse,
-                                      in.diffuseBias,
-                                      in.diffuseAngle,
-                                      sp.gain,
-                                      sp.x,
-                                      sp.influence};
-  EXPECT_EQ(loaded, (std::vector<double>{1.0, 0.48, 1.0, 2.0, 2e-6, 1.0, 0.0, 4.8, -4.8, 0.0, 1.0,
-                                         -1.0, 0.0, 1.0, 0.0, 0.0}));
+  const ModelState& m = plugin->model;
+  const InputChannel& in = m.inputs[0];
+  EXPECT_EQ((std::vector<double>{m.centerTrim, plugin->view.zoom, m.spaceScaleX, m.spaceScaleY,
+                                 m.spaceScaleZ, m.speakers[0].gain, m.speakers[0].x,
+                                 m.speakers[0].influence}),
+            (std::vector<double>{1.0, 0.48, 1.0, 2.0, 2e-6, 1.0, 0.0, 0.0}));
+  EXPECT_EQ((std::vector<double>{in.gain, in.lfeSend, in.x, in.y, in.z, in.diffuse, in.diffuseBias,
+                                 in.diffuseAngle}),
+            (std::vector<double>{1.0, 0.0, 4.8, -4.8, 0.0, 1.0, -1.0, 0.0}));
 }
 
 TEST_F(StateChunk, HeaderIntegersLandOnValuesTheEditorCanShow) {
@@ -338,18 +320,13 @@ TEST_F(StateChunk, HeaderIntegersLandOnValuesTheEditorCanShow) {
 
 TEST_F(StateChunk, TwoInstancesSavingAtOnceKeepTheirOwnBlocks) {
   setSpeakerCount(*other, 40);
-  const Bytes expectedA = saved(*plugin);
-  const Bytes expectedB = saved(*other);
-  bool sameA = true;
-  bool sameB = true;
-  std::thread a([&] {
-    for (int i = 0; i < 200; ++i) sameA = sameA && saved(*plugin) == expectedA;
-  });
-  std::thread b([&] {
-    for (int i = 0; i < 200; ++i) sameB = sameB && saved(*other) == expectedB;
-  });
-  a.join();
-  b.join();
-  EXPECT_TRUE(sameA);
-  EXPECT_TRUE(sameB);
+  bool same[2] = {true, true};
+  std::vector<std::thread> savers;
+  for (PannerPlugin* p : {plugin.get(), other.get()}) {
+    savers.emplace_back([p, expected = saved(*p), &same = same[savers.size()]] {
+      for (int i = 0; i < 200; ++i) same = same && saved(*p) == expected;
+    });
+  }
+  for (std::thread& saver : savers) saver.join();
+  EXPECT_EQ(std::pair(same[0], same[1]), std::pair(true, true));
 }

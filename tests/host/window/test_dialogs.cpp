@@ -2,7 +2,6 @@
 // custom control creators, WM_INITDIALOG, and controls made one by one.
 #include <array>
 
-#include "host/window/api/window_api.h"
 #include "host/window/control_registry.h"
 #include "host/window/dialogs/control_records.h"
 #include "tests/host/window/test_dialog.h"
@@ -140,15 +139,6 @@ TEST_F(Dialogs, InitDialogGetsTheParameterAndMakeFunctionsUseTheCurrentParameter
   EXPECT_EQ(driver->rectIn(edit, dialog).right, 109);
   EXPECT_EQ(system->childById(window(dialog), 99), window(edit));
 }
-
-namespace {
-
-template <PlaskId Id>
-PlaskFn<Id> bound() {
-  return reinterpret_cast<PlaskFn<Id>>(winsys::findWindowApiFunction(Id));
-}
-
-}  // namespace
 
 // The dialog-item helpers the editor refreshes its controls with, through the bound names.
 TEST_F(Dialogs, ItemHelpersReadAndWriteTheControls) {

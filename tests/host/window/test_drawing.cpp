@@ -2,18 +2,12 @@
 // where Win32 would put it; the edit text model keeps whole UTF-8 characters.
 #include "host/graphics/bitmap.h"
 #include "host/graphics/drawing.h"
-#include "host/window/api/window_api.h"
 #include "host/window/controls/edit_buffer.h"
 #include "tests/host/window/window_test_support.h"
 
 using namespace winsys;
 
 namespace {
-
-template <PlaskId Id>
-PlaskFn<Id> bound() {
-  return reinterpret_cast<PlaskFn<Id>>(winsys::findWindowApiFunction(Id));
-}
 
 DAUB_IBitmap* sprite = nullptr;
 

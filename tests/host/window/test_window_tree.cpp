@@ -2,17 +2,11 @@
 // geometry, focus and Tab, capture, posted messages, timers on the virtual clock, painting.
 #include <map>
 
-#include "host/window/api/window_api.h"
 #include "tests/host/window/window_test_support.h"
 
 using namespace winsys;
 
 namespace {
-
-template <PlaskId Id>
-PlaskFn<Id> bound() {
-  return reinterpret_cast<PlaskFn<Id>>(winsys::findWindowApiFunction(Id));
-}
 
 class WindowTree : public WindowTest {
  protected:

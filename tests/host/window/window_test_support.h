@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/window/api/window_api.h"
 #include "host/window/backend/headless_backend.h"
 #include "host/window/core/window_system.h"
 #include "host/window/dialogs/dialog_builder.h"
@@ -31,6 +32,12 @@ inline INT_PTR recordingDialogProc(HWND window, UINT message, WPARAM wParam, LPA
 inline LRESULT recordingWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   recorded().push_back({window, message, wParam, lParam});
   return winsys::defaultWindowProc(window, message, wParam, lParam);
+}
+
+// A window function as a plug-in binds it by name.
+template <PlaskId Id>
+PlaskFn<Id> bound() {
+  return reinterpret_cast<PlaskFn<Id>>(winsys::findWindowApiFunction(Id));
 }
 
 // A rectangle in template units.
