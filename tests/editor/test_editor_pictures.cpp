@@ -13,6 +13,7 @@
 #include "host/graphics/png_io.h"
 #include "model/layouts.h"
 #include "tests/editor/editor_host.h"
+#include "tests/host/graphics/reference_png.h"
 
 namespace {
 
@@ -47,22 +48,7 @@ void dressSurroundScene(PannerPlugin& p) {
 void expectMatchesReference(EditorHost& host, const std::string& name) {
   const std::unique_ptr<graphics::CairoBitmap> actual =
       host.system->render(host.system->find(host.dialog));
-  ASSERT_NE(actual, nullptr);
-  const std::string path = std::string(EDITOR_REFERENCE_DIR) + "/" + name + ".png";
-  std::string error;
-  if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
-    ASSERT_TRUE(graphics::writePng(actual.get(), path, &error)) << error;
-    return;
-  }
-  const std::unique_ptr<DAUB_IBitmap> expected = graphics::readPng(path, &error);
-  ASSERT_NE(expected, nullptr) << error;
-  const graphics::ImageDifference difference =
-      graphics::compareBitmaps(actual.get(), expected.get(), kTolerancePerChannel);
-  if (!difference.matches()) graphics::writePng(actual.get(), name + ".actual.png");
-  EXPECT_TRUE(difference.sizesMatch) << name;
-  EXPECT_EQ(difference.differingPixels, 0)
-      << name << ": first at " << difference.firstX << "," << difference.firstY
-      << ", largest channel difference " << difference.maxChannelDelta;
+  expectMatchesReferencePng(actual.get(), EDITOR_REFERENCE_DIR, name, kTolerancePerChannel);
 }
 
 TEST(EditorPictures, MatchTheReferences) {

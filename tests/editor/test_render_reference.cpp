@@ -8,6 +8,7 @@
 
 #include "host/graphics/png_io.h"
 #include "tests/editor/picture_fixture.h"
+#include "tests/host/graphics/reference_png.h"
 
 namespace {
 
@@ -49,34 +50,21 @@ class ReferencePicture : public PictureTest {
   }
 
   void expectMatchesReference(DAUB_IBitmap* actual, const std::string& name) {
-    const std::string path = std::string(EDITOR_REFERENCE_DIR) + "/" + name;
-    if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
-      ASSERT_TRUE(graphics::writePng(actual, path));
-      return;
-    }
-    std::string error;
-    const auto expected = graphics::readPng(path, &error);
-    ASSERT_NE(expected, nullptr) << error;
-    const graphics::ImageDifference difference =
-        graphics::compareBitmaps(actual, expected.get(), kTolerancePerChannel);
-    EXPECT_TRUE(difference.sizesMatch) << name;
-    EXPECT_LE(difference.differingPixels, kAllowedDifferingPixels)
-        << name << ": first at " << difference.firstX << ", " << difference.firstY << ", max delta "
-        << difference.maxChannelDelta;
-    if (!difference.matches()) graphics::writePng(actual, name + ".actual.png");
+    expectMatchesReferencePng(actual, EDITOR_REFERENCE_DIR, name, kTolerancePerChannel,
+                              kAllowedDifferingPixels);
   }
 };
 
 TEST_F(ReferencePicture, SceneAtOneHundredPercent) {
   buildScene();
   const BitmapPtr bitmap = paint(240, 180, 0);
-  expectMatchesReference(bitmap.get(), "room_100.png");
+  expectMatchesReference(bitmap.get(), "room_100");
 }
 
 TEST_F(ReferencePicture, SceneAtTwoHundredPercent) {
   buildScene();
   const BitmapPtr bitmap = paint(480, 360, 512);
-  expectMatchesReference(bitmap.get(), "room_200.png");
+  expectMatchesReference(bitmap.get(), "room_200");
   EXPECT_EQ(plugin.view.inlineScale, 512);  // the hit size of the inline view follows
 }
 

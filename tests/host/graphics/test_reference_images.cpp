@@ -13,6 +13,7 @@
 #include "host/graphics/font.h"
 #include "host/graphics/png_io.h"
 #include "tests/host/graphics/graphics_test_support.h"
+#include "tests/host/graphics/reference_png.h"
 
 using namespace graphics;
 
@@ -87,21 +88,7 @@ BitmapPtr drawLabels() {
 }
 
 void expectMatchesReference(DAUB_IBitmap* actual, const std::string& name) {
-  const std::string path = std::string(GRAPHICS_REFERENCE_DIR) + "/" + name + ".png";
-  if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
-    std::string error;
-    ASSERT_TRUE(writePng(actual, path, &error)) << error;
-    return;
-  }
-  std::string error;
-  std::unique_ptr<DAUB_IBitmap> expected = readPng(path, &error);
-  ASSERT_NE(expected, nullptr) << error;
-  const ImageDifference difference = compareBitmaps(actual, expected.get(), kTolerancePerChannel);
-  if (!difference.matches()) writePng(actual, name + ".actual.png");
-  EXPECT_TRUE(difference.sizesMatch) << name;
-  EXPECT_EQ(difference.differingPixels, 0)
-      << name << ": first at " << difference.firstX << "," << difference.firstY
-      << ", largest channel difference " << difference.maxChannelDelta;
+  expectMatchesReferencePng(actual, GRAPHICS_REFERENCE_DIR, name, kTolerancePerChannel);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "host/graphics/bitmap.h"
 #include "host/graphics/drawing.h"
 #include "host/graphics/png_io.h"
+#include "tests/host/graphics/reference_png.h"
 #include "tests/host/window/test_dialog.h"
 
 using namespace winsys;
@@ -55,22 +56,7 @@ class Pictures : public WindowTest {
   }
   void expectMatchesReference(HWND which, const std::string& name) {
     const std::unique_ptr<graphics::CairoBitmap> actual = system->render(window(which));
-    ASSERT_NE(actual, nullptr);
-    const std::string path = std::string(WINDOW_REFERENCE_DIR) + "/" + name + ".png";
-    std::string error;
-    if (std::getenv("SPATIOLA_UPDATE_REFERENCE_IMAGES") != nullptr) {
-      ASSERT_TRUE(graphics::writePng(actual.get(), path, &error)) << error;
-      return;
-    }
-    const std::unique_ptr<DAUB_IBitmap> expected = graphics::readPng(path, &error);
-    ASSERT_NE(expected, nullptr) << error;
-    const graphics::ImageDifference difference =
-        graphics::compareBitmaps(actual.get(), expected.get(), kTolerancePerChannel);
-    if (!difference.matches()) graphics::writePng(actual.get(), name + ".actual.png");
-    EXPECT_TRUE(difference.sizesMatch) << name;
-    EXPECT_EQ(difference.differingPixels, 0)
-        << name << ": first at " << difference.firstX << "," << difference.firstY
-        << ", largest channel difference " << difference.maxChannelDelta;
+    expectMatchesReferencePng(actual.get(), WINDOW_REFERENCE_DIR, name, kTolerancePerChannel);
   }
 
   HWND dialog = nullptr;
