@@ -6,6 +6,7 @@
 #include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
 #include "editor/group_edit.h"
+#include "editor/strip_flags.h"
 #include "model/field_access.h"
 #include "model/layouts.h"
 #include "plugin/host_api.h"
@@ -16,11 +17,6 @@ constexpr int kRelativeTick = 500;
 constexpr double kZoomLow = 0.1;
 constexpr double kZoomSpan = 0.85;
 constexpr double kSilentTrim = 1e-6;
-
-constexpr std::uint8_t InputChannel::*kInputFlags[kStripFlagCount] = {
-    &InputChannel::mute, &InputChannel::solo, &InputChannel::reverse};
-constexpr std::uint8_t Speaker::*kSpeakerFlags[kStripFlagCount] = {&Speaker::mute, &Speaker::solo,
-                                                                   nullptr};
 
 struct Refresh {
   PannerPlugin& plugin;

@@ -2,15 +2,11 @@
 // when Control cleared the flag on the others: the host automates what the user touched.
 #include "editor/dialog_handlers.h"
 #include "editor/editor_dialog.h"
+#include "editor/strip_flags.h"
 #include "model/host_link.h"
 #include "model/parameters.h"
 
 namespace {
-
-constexpr std::uint8_t InputChannel::*kInputFlags[kStripFlagCount] = {
-    &InputChannel::mute, &InputChannel::solo, &InputChannel::reverse};
-constexpr std::uint8_t Speaker::*kSpeakerFlags[kStripFlagCount] = {&Speaker::mute, &Speaker::solo,
-                                                                   nullptr};
 
 // Without Control the clicked flag toggles; with it every channel's clears and the clicked one is
 // set when Alt is also held.
