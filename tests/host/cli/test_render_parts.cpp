@@ -1,5 +1,5 @@
-// The parts of a render that need no plug-in: when it calls the plug-in, the file's channel order,
-// what the level meter counts, and the space it needs.
+// The parts of a render that need no plug-in: its options, when it calls the plug-in, the file's
+// channel order, what the level meter counts, and the space it needs.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -10,8 +10,10 @@
 #include "host/cli/channel_layout.h"
 #include "host/cli/levels.h"
 #include "host/cli/output_checks.h"
+#include "host/cli/render.h"
 #include "host/cli/render_schedule.h"
 #include "host/runtime/host_error.h"
+#include "tests/host/runtime/test_support.h"
 
 namespace {
 
@@ -28,6 +30,25 @@ std::vector<Step> stepsOf(RenderSchedule schedule) {
 }
 
 }  // namespace
+
+TEST(RenderOptions, BlockAndGlideAreCheckedAtBothEnds) {
+  const std::string block = "--block must be between 1 and 65536 samples",
+                    glide = "--glide must be between 0 and 250 milliseconds";
+  const struct {
+    int blockSize;
+    double glideMs;
+    std::string error;
+  } cases[] = {{1, 0.0, "no error"}, {65536, 250.0, "no error"}, {0, 10.0, block},
+               {65537, 10.0, block}, {64, -0.01, glide},         {64, 250.01, glide},
+               {64, NAN, glide}};
+  for (const auto& c : cases) {
+    RenderOptions options;
+    options.blockSize = c.blockSize;
+    options.glideMs = c.glideMs;
+    EXPECT_EQ(errorOf([&] { checkRenderOptions(options); }), c.error)
+        << c.blockSize << " " << c.glideMs;
+  }
+}
 
 TEST(RenderSchedule, AfterAChangeOneBlockOfTheGlideElseTheBlockSize) {
   const std::vector<ParameterChange> changes = {{100, 0, 1.0f}, {100, 1, 0.0f}, {130, 0, 0.5f}};
@@ -109,12 +130,7 @@ TEST(LevelMeter, CountsSamplesAboveFullScaleAndThoseThatAreNoNumber) {
 TEST(FreeSpace, ARenderLargerThanItsDiskIsRefusedWithBothSizes) {
   const std::string out = testing::TempDir() + "out.wav";
   EXPECT_NO_THROW(checkFreeSpace(out, 1000));
-  std::string message;
-  try {
-    checkFreeSpace(out, std::int64_t{54} << 50);
-  } catch (const HostError& error) {
-    message = error.what();
-  }
+  const std::string message = errorOf([&] { checkFreeSpace(out, std::int64_t{54} << 50); });
   EXPECT_TRUE(message.starts_with("not enough space for " + out +
                                   ": it needs about 60798.6 TB, and its disk has "))
       << message;

@@ -2,7 +2,8 @@
 // the default 0.5) and reports what the host offered it through its state block, a text of
 // key=value lines, with the calls the host made in order. Like plug-ins of common frameworks it
 // ignores parameters and state before effOpen, and like some plug-ins it crashes on an empty
-// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down.
+// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down; PROBE_INPUTS sets its
+// number of inputs.
 // Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
 // null), legacy (exports only "main"), float (no double precision), inline (an inline view that
 // paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
@@ -287,6 +288,7 @@ AEffect* createProbe(audioMasterCallback host) {
   e.numInputs = 0;
   e.flags = (e.flags | effFlagsIsSynth) & ~effFlagsProgramChunks;
 #endif
+  if (const char* inputs = std::getenv("PROBE_INPUTS")) e.numInputs = std::atoi(inputs);
 #ifdef PROBE_NEEDS_LIBRARY
   e.version = probeDependencyVersion();
 #endif

@@ -209,7 +209,6 @@ TEST_F(EndToEnd, WrongCommandLinesExitWithTwo) {
        "--ui-scale 7 is not a display scale: use 64 to 1024, where 256 is 100 %"},
       {{"snapshot", path("x.jpg")},
        "the picture " + path("x.jpg") + " must have a .png name: snapshot writes PNG only"},
-      {{"render", "--glide", "-1", in, out}, "--glide must be between 0 and 250 milliseconds"},
       {{"render", "--channel-order", "smpte", in, out},
        "--channel-order 'smpte' is neither wave nor plugin"},
       {{"render", "--layout", "6.1", in, out},

@@ -152,22 +152,43 @@ TEST_F(RenderSafety, OversAreCountedInTheTableAndWarnedOf) {
   }
 }
 
+// An instrument is known by either sign: no inputs, or the synth flag.
 TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
-  writeLevels(path("in.wav"), {0.5, 0.25}, 100);
   std::ofstream(path("late.csv")) << "1,gain,0.5\n";
-  const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {{"--plugin", kSynth},
-       "note: the plug-in is an instrument (0 inputs); this host sends it no MIDI, so it plays no "
-       "notes\n"},
-      {{"--plugin", kProbe, "--automation", path("late.csv")},
-       "note: automation after the end of the input (100 samples) is not applied\n"},
+  const auto instrument = [](const std::string& inputs) {
+    return "note: the plug-in is an instrument (" + inputs +
+           "); this host sends it no MIDI, so it plays no notes\n";
   };
-  for (const auto& [args, note] : cases) {
+  const struct {
+    const char* probeInputs;  // else the file's channel count
+    std::vector<std::string> args;
+    double level;
+    int frames;
+    std::string note;
+  } cases[] = {
+      {nullptr, {"--plugin", kSynth}, 0.5, 100, instrument("0 inputs")},
+      {"1", {"--plugin", kSynth}, 0.5, 100, instrument("1 input")},
+      {"0", {"--plugin", kProbe}, 0.5, 100, instrument("0 inputs")},
+      {nullptr,
+       {"--plugin", kProbe, "--automation", path("late.csv")},
+       0.5,
+       100,
+       "note: automation after the end of the input (100 samples) is not applied\n"},
+      {nullptr,
+       {"--plugin", kProbe},
+       NAN,
+       1,
+       "warning: the plug-in's output holds 1 sample that is no number (NaN or infinity)\n"},
+  };
+  for (const auto& c : cases) {
+    if (c.probeInputs != nullptr) setenv("PROBE_INPUTS", c.probeInputs, 1);
+    writeLevels(path("in.wav"), {c.level, 0.25}, c.frames);
     std::vector<std::string> command = {"render"};
-    command.insert(command.end(), args.begin(), args.end());
+    command.insert(command.end(), c.args.begin(), c.args.end());
     command.insert(command.end(), {path("in.wav"), path("out.wav")});
     const CommandResult run = spatiola(command);
-    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note));
+    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, c.note));
+    unsetenv("PROBE_INPUTS");
   }
 }
 
