@@ -172,8 +172,8 @@ TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
       {nullptr,
        {"--plugin", kProbe, "--automation", path("late.csv")},
        0.5,
-       100,
-       "note: automation after the end of the input (100 samples) is not applied\n"},
+       48000,  // the change at 1 s falls just after the last sample
+       "note: automation after the end of the input (48000 samples) is not applied\n"},
       {nullptr,
        {"--plugin", kProbe},
        NAN,
