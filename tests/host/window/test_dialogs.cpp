@@ -140,22 +140,16 @@ TEST_F(Dialogs, InitDialogGetsTheParameterAndMakeFunctionsUseTheCurrentParameter
 TEST_F(Dialogs, ItemHelpersReadAndWriteTheControls) {
   open(256);
   char text[16];
-  struct IntCase {
-    const char* typed;
-    BOOL isSigned;
-    UINT value;
-    BOOL ok;
-  };
-  const IntCase ints[] = {{"64", 0, 64, 1},
-                          {"-3", 1, static_cast<UINT>(-3), 1},
-                          {"-3", 0, 0, 0},
-                          {"12a", 0, 0, 0},
-                          {"", 0, 0, 0}};
-  for (const IntCase& c : ints) {
-    bound<PlaskId::SetDlgItemText>()(dialog, kEdit, c.typed);
+  for (const auto& [typed, isSigned, value, valid] :
+       {std::tuple<const char*, BOOL, UINT, BOOL>{"64", 0, 64, 1},
+        {"-3", 1, static_cast<UINT>(-3), 1},
+        {"-3", 0, 0, 0},
+        {"12a", 0, 0, 0},
+        {"", 0, 0, 0}}) {
+    bound<PlaskId::SetDlgItemText>()(dialog, kEdit, typed);
     BOOL ok = -1;
-    EXPECT_EQ(bound<PlaskId::GetDlgItemInt>()(dialog, kEdit, &ok, c.isSigned), c.value) << c.typed;
-    EXPECT_EQ(ok, c.ok) << c.typed;
+    EXPECT_EQ(bound<PlaskId::GetDlgItemInt>()(dialog, kEdit, &ok, isSigned), value) << typed;
+    EXPECT_EQ(ok, valid) << typed;
   }
   bound<PlaskId::SetDlgItemInt>()(dialog, kEdit, static_cast<UINT>(-17), 1);
   EXPECT_EQ(bound<PlaskId::GetDlgItemText>()(dialog, kEdit, text, sizeof text), 3);
