@@ -17,12 +17,13 @@
 
 namespace {
 
-// Each segment as (start, frames, changes applied before it).
+// Each segment as (start, frames, changes applied before it); a schedule that never ends fails
+// at once instead of hanging.
 using Step = std::tuple<std::int64_t, int, int>;
 std::vector<Step> stepsOf(RenderSchedule schedule) {
   std::vector<Step> steps;
   Segment segment;
-  while (schedule.next(segment)) {
+  while (steps.size() < 100 && schedule.next(segment)) {
     steps.emplace_back(segment.start, segment.frames,
                        static_cast<int>(segment.endChange - segment.firstChange));
   }
