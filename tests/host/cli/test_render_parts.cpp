@@ -88,14 +88,20 @@ TEST(RenderSchedule, AfterAChangeOneBlockOfTheGlideElseTheBlockSize) {
   EXPECT_EQ(RenderSchedule({}, 16, 48, 1).largestBlock(), 48);
 }
 
+// A line that ends on a step has no point of its own there: the change is that point.
 TEST(RenderSchedule, InterpolationDrawsStraightLinesPerParameter) {
-  const std::vector<ParameterChange> lines =
-      interpolateChanges({{0, 3, 0.0f}, {50, 4, 1.0f}, {100, 3, 1.0f}}, 40);
+  const std::vector<ParameterChange> lines = interpolateChanges(
+      {{0, 3, 0.0f}, {20, 5, 1.0f}, {50, 4, 1.0f}, {100, 3, 1.0f}, {100, 5, 0.0f}}, 40);
   std::vector<std::tuple<std::int64_t, int, float>> points;
   for (const ParameterChange& c : lines) points.emplace_back(c.sample, c.parameter, c.value);
-  EXPECT_EQ(points,
-            (std::vector<std::tuple<std::int64_t, int, float>>{
-                {0, 3, 0.0f}, {40, 3, 0.4f}, {50, 4, 1.0f}, {80, 3, 0.8f}, {100, 3, 1.0f}}));
+  EXPECT_EQ(points, (std::vector<std::tuple<std::int64_t, int, float>>{{0, 3, 0.0f},
+                                                                       {20, 5, 1.0f},
+                                                                       {40, 3, 0.4f},
+                                                                       {50, 4, 1.0f},
+                                                                       {60, 5, 0.5f},
+                                                                       {80, 3, 0.8f},
+                                                                       {100, 3, 1.0f},
+                                                                       {100, 5, 0.0f}}));
 }
 
 TEST(ChannelLayout, StandardLayoutsGoInWaveOrderWithTheirPositions) {
