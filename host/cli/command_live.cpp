@@ -6,7 +6,6 @@
 #include <numbers>
 #include <thread>
 
-#include "host/cli/audio_file.h"
 #include "host/cli/commands.h"
 #include "host/cli/live_control.h"
 #include "host/runtime/host_error.h"
@@ -39,15 +38,6 @@ void moveEveryBlock(void* context, std::int64_t samplePosition, int /*frames*/) 
   const double phase = 2.0 * std::numbers::pi * kMovesPerSecond *
                        static_cast<double>(samplePosition) / moves->sampleRate;
   moves->extension->moveParameters(*moves->instance, phase);
-}
-
-HostConfig liveConfig(const LiveSession& session, int trackChannels) {
-  HostConfig config;
-  config.sampleRate = session.sampleRate();
-  config.blockSize = session.bufferSize();
-  config.trackChannels = trackChannels;
-  config.processLevel = 2;  // real time
-  return config;
 }
 
 void printTiming(const LiveSession& session, std::ostream& out) {
@@ -119,15 +109,12 @@ bool runUntilDone(LiveSession& session, const LiveControl& control, int controlF
 int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
             std::ostream& notes) {
   catchInterrupts();
-  LiveSession session(options.live);
-  const int trackChannels = options.inputs > 0 ? options.inputs
-                            : options.live.playPath.empty()
-                                ? 2
-                                : AudioReader(options.live.playPath).info().channels;
-  LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, liveConfig(session, trackChannels));
+  LiveSession session(options.audio.live);
+  LoadedPlugin plugin =
+      loadPlugin(options.plugin.pluginPath,
+                 liveHostConfig(session, options.inputs, options.audio.live.playPath));
   PluginInstance& instance = *plugin.instance;
   configurePlugin(instance, options.plugin, notes);
-  if (!options.startStatePath.empty()) writeBinaryFile(options.startStatePath, instance.chunk());
   const PluginExtension* extension = extensionFor(options.plugin, instance);
   Moves moves{&instance, extension, static_cast<double>(session.sampleRate())};
   if (options.moving) {
@@ -135,21 +122,13 @@ int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
     session.setBlockHook(moveEveryBlock, &moves);
   }
   instance.start();
-  session.start(
-      instance,
-      [extension](PluginInstance& i) {
-        return extension != nullptr ? extension->outputNames(i) : std::vector<std::string>{};
-      },
-      notes);
-  out << "spatiola live: JACK client " << session.clientName() << ", " << session.status() << "\n"
-      << std::flush;
+  startLiveAudio(session, instance, options.plugin, options.audio, "spatiola live", out, notes);
   const bool serverAlive =
       runUntilDone(session, {instance, options.plugin, session}, controlFd, options.seconds, notes);
   session.stop();
   instance.stop();
   if (options.timing) printTiming(session, out);
   if (serverAlive) return 0;
-  notes << "spatiola: the JACK server stopped (" << session.stopReason()
-        << "); the audio has ended\n";
+  notes << "spatiola: " << serverStoppedMessage(session) << "\n";
   return 1;
 }

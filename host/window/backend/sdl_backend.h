@@ -26,6 +26,7 @@ class SdlBackend final : public Backend {
   void showSurface(void* surface, bool visible) override;
   void resizeSurface(void* surface, int width, int height) override;
   void closeSurface(void* surface) override;
+  void setSurfaceTitle(void* surface, const char* title) override;
   void present(void* surface, graphics::CairoBitmap& backBuffer,
                const std::vector<RECT>& rects) override;
 
