@@ -157,7 +157,9 @@ void SdlBackend::closeSurface(void* surface) {
 }
 
 void SdlBackend::setSurfaceTitle(void* surface, const char* title) {
-  if (surface != nullptr) SDL_SetWindowTitle(windowOf(surface), title != nullptr ? title : "");
+  if (surface == nullptr) return;
+  SDL_SetWindowTitle(windowOf(surface), title != nullptr ? title : "");
+  setX11Title(surface, title != nullptr ? title : "");
 }
 
 void SdlBackend::present(void* surface, graphics::CairoBitmap& backBuffer,

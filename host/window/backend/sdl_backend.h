@@ -43,6 +43,7 @@ class SdlBackend final : public Backend {
   unsigned long x11WindowId(void* surface) const;
 
  private:
+  void setX11Title(void* surface, const char* title) const;
   SdlBackend() = default;
   std::optional<InputEvent> translate(const SDL_Event& event) const;
 
