@@ -1,5 +1,6 @@
 // spatiola edit --jack: the editor in front, the plug-in running live on JACK behind it.
 #include "host/cli/commands.h"
+#include "host/window/core/window_system.h"
 
 namespace {
 
@@ -10,6 +11,7 @@ std::string xrunStatus(std::uint64_t xruns) {
 }  // namespace
 
 int runEditLive(const EditOptions& options, std::ostream& out, std::ostream& notes) {
+  quitOnInterrupts();
   LiveSession session(options.audio.live);
   bool stopSaid = false;
   EditCompanion companion;
@@ -23,6 +25,7 @@ int runEditLive(const EditOptions& options, std::ostream& out, std::ostream& not
   };
   // The editor stays open when the server goes: the setup is still worth saving.
   companion.idle = [&]() -> std::string {
+    if (interruptedToQuit()) winsys::WindowSystem::current()->requestQuit();
     if (session.idle(notes)) return xrunStatus(session.xruns());
     if (!stopSaid) notes << "spatiola: " << serverStoppedMessage(session) << "\n";
     stopSaid = true;

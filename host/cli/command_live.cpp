@@ -1,6 +1,4 @@
 // spatiola live: a plug-in on a JACK server without a window, for as long as asked.
-#include <signal.h>
-
 #include <chrono>
 #include <cmath>
 #include <numbers>
@@ -14,17 +12,6 @@ namespace {
 
 constexpr auto kIdlePeriod = std::chrono::milliseconds(20);
 constexpr double kMovesPerSecond = 0.25;  // turns of the benchmark's circle
-
-volatile sig_atomic_t interrupted = 0;
-
-// Ctrl+C and kill end the session as "quit" does: the files are complete.
-void catchInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = 1; };
-  sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-}
 
 struct Moves {
   PluginInstance* instance;
@@ -87,7 +74,8 @@ bool runUntilDone(LiveSession& session, const LiveControl& control, int controlF
   bool quit = false;
   StatusLine status(session);
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-  while (!quit && interrupted == 0 && (seconds <= 0.0 || std::chrono::steady_clock::now() < end)) {
+  while (!quit && !interruptedToQuit() &&
+         (seconds <= 0.0 || std::chrono::steady_clock::now() < end)) {
     if (!session.idle(notes)) return false;
     status.update(session, notes);
     if (reading) {
@@ -108,7 +96,7 @@ bool runUntilDone(LiveSession& session, const LiveControl& control, int controlF
 
 int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
             std::ostream& notes) {
-  catchInterrupts();
+  quitOnInterrupts();
   LiveSession session(options.audio.live);
   LoadedPlugin plugin =
       loadPlugin(options.plugin.pluginPath,
