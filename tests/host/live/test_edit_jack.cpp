@@ -90,6 +90,29 @@ TEST_F(EditJackTest, MetersMoveInTheWindowAndClosingEndsTheClient) {
   EXPECT_EQ(edit.err(), "");
 }
 
+// "3" typed as the input count: a third port, wired as the first two were, on the same client.
+TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPort) {
+  {
+    std::ofstream script(path("count.txt"));
+    script << "wait 1000\nclick 692 27\nkey end\nkey backspace\ntype 3\nwait 2000\n";
+  }
+  JackServer server;
+  ProbeClient probe(server.name(), {0.1f, 0.2f, 0.3f}, 0);
+  LiveProgram edit(SPATIOLA_EXE, config_.dir(), server.name(),
+                   {"--headless", "--script", path("count.txt"), "--layout", "stereo",
+                    "--connect-inputs", "probe:src_%d"},
+                   {"edit", "--jack"});
+  const auto wired = [&](int input) {
+    const std::string n = std::to_string(input);
+    return probe.connections("spatiola:in_" + n) == std::vector<std::string>{"probe:src_" + n};
+  };
+  ASSERT_TRUE(eventually([&] { return wired(1) && wired(2); })) << edit.err();
+  EXPECT_TRUE(probe.ports("^spatiola:in_3$").empty());
+  EXPECT_TRUE(eventually([&] { return wired(3); })) << edit.err();
+  EXPECT_TRUE(wired(1) && wired(2));
+  EXPECT_EQ(edit.wait(), 0) << edit.err();
+}
+
 // The first sample after `from` that differs from it.
 std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from) {
   for (std::int64_t f = from + 1; f < audio.frames; ++f) {
