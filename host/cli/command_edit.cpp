@@ -92,10 +92,11 @@ int runEdit(const EditOptions& options, std::ostream& out, std::ostream& notes,
     if (companion.idle) {
       session.setIdleHook([&session, &companion] { session.setTitleStatus(companion.idle()); });
     }
+    if (companion.setParameter) session.setParameterRoute(companion.setParameter);
     if (driverBackend != nullptr) {
       winsys::WindowDriver driver(windows.system, *driverBackend);
-      const bool realTime = static_cast<bool>(companion.start);
-      runEditScript(steps, {windows.system, driver, session, options.scriptPath, &notes, realTime});
+      runEditScript(
+          steps, {windows.system, driver, session, options.scriptPath, &notes, companion.realTime});
     } else {
       windows.system.runUntilClosed(
           session.frame(), [&session] { session.idle(); }, EditScriptHost::kIdlePeriodMs);

@@ -32,6 +32,10 @@ int runEditLive(const EditOptions& options, std::ostream& out, std::ostream& not
     return "the JACK server stopped";
   };
   companion.stop = [&](PluginInstance& /*instance*/) { session.stop(); };
+  companion.setParameter = [&](std::int32_t parameter, float value) {
+    session.setParameter(parameter, value);
+  };
+  companion.realTime = true;
   const int status = runEdit(options, out, notes, companion);
   if (!session.serverStopped()) return status;
   if (!stopSaid) notes << "spatiola: " << serverStoppedMessage(session) << "\n";

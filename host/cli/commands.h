@@ -73,6 +73,10 @@ struct EditCompanion {
   std::function<std::string()> idle;
   // After the editor closed (or failed), before the state is saved.
   std::function<void(PluginInstance&)> stop;
+  // A parameter set as the host's automation does (the script's `set`); unset: the plug-in's
+  // setParameter at once.
+  std::function<void(std::int32_t parameter, float value)> setParameter;
+  bool realTime = false;  // the script's waits take wall-clock time too
 };
 // Opens the plug-in's editor in a window until it is closed, or headless through the script.
 int runEdit(const EditOptions& options, std::ostream& out, std::ostream& notes,

@@ -84,7 +84,12 @@ void EditorSession::setTitleStatus(const std::string& status) {
 }
 
 void EditorSession::setParameter(const std::string& nameOrIndex, float normalised) {
-  instance_.setParameter(resolveParameter(instance_, nameOrIndex), normalised);
+  const int parameter = resolveParameter(instance_, nameOrIndex);
+  if (parameterRoute_) {
+    parameterRoute_(parameter, normalised);
+  } else {
+    instance_.setParameter(parameter, normalised);
+  }
 }
 
 void EditorSession::close() {

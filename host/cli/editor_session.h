@@ -3,6 +3,7 @@
 // frame goes. Any plug-in with an editor. [UI thread]
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -28,6 +29,10 @@ class EditorSession : public EditScriptHost {
   void idle() override;
   // Runs on every idle call, the script's too: what keeps a companion of the editor in step.
   void setIdleHook(std::function<void()> hook) { idleHook_ = std::move(hook); }
+  // Where setParameter sends a change instead of the plug-in (live audio applies it in time).
+  void setParameterRoute(std::function<void(std::int32_t, float)> route) {
+    parameterRoute_ = std::move(route);
+  }
   // The frame's title becomes "NAME — STATUS" (just NAME when empty); unchanged titles are not
   // set again.
   void setTitleStatus(const std::string& status);
@@ -45,4 +50,5 @@ class EditorSession : public EditScriptHost {
   bool editorOpen_ = false;
   std::string name_;
   std::function<void()> idleHook_;
+  std::function<void(std::int32_t, float)> parameterRoute_;
 };

@@ -131,13 +131,14 @@ nlohmann::json firstInput(const CommandResult& sceneExport) {
   return nlohmann::json::parse(sceneExport.out)["inputs"][0];
 }
 
-// Two drags of input 1 while audio runs; the render from the start state with the recorded CSV
-// moves where the recording says and ends where the editor did.
+// Two drags of input 1 while audio runs, then a move as automation; the render from the start
+// state with the recorded CSV moves where the recording says and ends where the editor did.
 TEST_F(EditJackTest, RecordedGesturesRenderOfflineToTheBlock) {
   writeLevels(path("tone.wav"), {0.5}, 48000);
   {
     std::ofstream script(path("drags.txt"));
-    script << "wait 300\ndrag 203 188 20 0\nwait 300\ndrag 223 188 0 30\nwait 300\n";
+    script << "wait 300\ndrag 203 188 20 0\nwait 300\ndrag 223 188 0 30\nwait 300\n"
+           << "set in 1 X 0.8\nwait 300\n";
   }
   {
     JackServer server;
@@ -156,7 +157,7 @@ TEST_F(EditJackTest, RecordedGesturesRenderOfflineToTheBlock) {
     EXPECT_EQ(at % kPeriod, 0) << "on a block's first sample";
     if (gestures.empty() || at - gestures.back() > 4800) gestures.push_back(at);
   }
-  ASSERT_EQ(gestures.size(), 2u) << readFile(path("moves.csv"));
+  ASSERT_EQ(gestures.size(), 3u) << readFile(path("moves.csv"));
 
   const std::int64_t end = samplePositionOf(moves.back().seconds, kRate) + 4800;
   writeLevels(path("long.wav"), {0.5}, end);
