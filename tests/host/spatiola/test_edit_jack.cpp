@@ -1,6 +1,7 @@
 // spatiola edit --jack on a private JACK server: the editor's meters moving with the audio in a
-// window of a private X server, and a scripted headless session whose recorded gestures render
-// offline to the same positions at the same samples.
+// window of a private X server; scripted headless sessions whose typed count re-registers the
+// ports, which outlive the server, and whose recorded gestures render offline to the same
+// positions at the same samples; the headless window title.
 #include <gtest/gtest.h>
 
 #include <cmath>
