@@ -1,5 +1,6 @@
 // spatiola edit --jack: the editor in front, the plug-in running live on JACK behind it.
 #include "host/cli/commands.h"
+#include "host/runtime/host_error.h"
 #include "host/window/core/window_system.h"
 
 namespace {
@@ -25,7 +26,11 @@ int runEditLive(const EditOptions& options, std::ostream& out, std::ostream& not
   };
   // The editor stays open when the server goes: the setup is still worth saving.
   companion.idle = [&]() -> std::string {
-    if (interruptedToQuit()) winsys::WindowSystem::current()->requestQuit();
+    if (interruptedToQuit()) {
+      // A script stops where it is; a window closes as if the user closed it.
+      if (options.headless) throw HostError("interrupted");
+      winsys::WindowSystem::current()->requestQuit();
+    }
     if (session.idle(notes)) return xrunStatus(session.xruns());
     if (!stopSaid) notes << "spatiola: " << serverStoppedMessage(session) << "\n";
     stopSaid = true;
