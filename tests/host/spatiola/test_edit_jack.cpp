@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <thread>
 
 #include "host/cli/automation_csv.h"
@@ -60,6 +59,16 @@ std::vector<std::uint32_t> meterPixels(unsigned long window, const std::string& 
   return pixels;
 }
 
+// "Spatiola — 3 xruns", "Spatiola — 1 xrun"
+bool showsXruns(const std::string& title) {
+  const std::string name = "Spatiola \u2014 ";
+  if (!title.starts_with(name)) return false;
+  const std::size_t end = title.find_first_not_of("0123456789", name.size());
+  if (end == name.size() || end == std::string::npos) return false;
+  const std::string unit = title.substr(end);
+  return unit == " xruns" || unit == " xrun";
+}
+
 TEST_F(EditJackTest, MetersMoveInTheWindowAndClosingEndsTheClient) {
   XvfbServer display;
   std::string error;
@@ -75,9 +84,7 @@ TEST_F(EditJackTest, MetersMoveInTheWindowAndClosingEndsTheClient) {
   ASSERT_TRUE(
       eventually([&] { return (window = x.find("Spatiola")) != 0; }, std::chrono::seconds(20)))
       << edit.err();
-  EXPECT_TRUE(eventually([&] {
-    return std::regex_match(x.title(window), std::regex("Spatiola \u2014 [0-9]+ xruns?"));
-  })) << x.title(window);
+  EXPECT_TRUE(eventually([&] { return showsXruns(x.title(window)); })) << x.title(window);
   EXPECT_EQ(probe.ports("^spatiola:").size(), 4u);
 
   const std::vector<std::uint32_t> first = meterPixels(window, path("a.xwd"), kInputMeters);
