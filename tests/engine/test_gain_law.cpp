@@ -86,10 +86,6 @@ void expectRelative(double actual, double expected) {
 // Absolute unnormalised, absolute normalised, relative.
 const std::uint32_t kModes[] = {kOptionNormalizeOff, 0u, kOptionRelativeInfluence};
 
-static_assert(kLfeFactor == 0.25 && kDeadZone == 0.02 && kDeadZoneDivisor == 0.98);
-static_assert(kRelativeSlope == 4.0 && kNear == 0.1 && kBiasFloor == 1e-6 && kCentreBand == 0.5);
-static_assert(kTurnPerAngle == M_PI);
-
 }  // namespace
 
 TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
