@@ -13,6 +13,7 @@
 #include "fuzz/fuzz_host.h"
 #include "fuzz/model_invariants.h"
 #include "platform/host_functions.h"
+#include "tests/plugin/host_double.h"
 
 namespace {
 
@@ -22,16 +23,6 @@ constexpr int kLastOpcode = 80;
 constexpr int kMaxFrames = 128;        // long enough for every kernel tile and ramp
 constexpr int kMaxBlocksPerInput = 8;  // keeps one input fast whatever its length
 constexpr double kAmplitudes[] = {1.0, 0.0, 1e-300, 1e6};
-struct CanDo {
-  const char* text;
-  VstIntPtr answer;
-};
-const CanDo kCanDos[] = {{"hasTolvekExtensions", kExtensionCanDoAnswer},
-                         {"hasTolvekViewAsConfig", kExtensionCanDoAnswer},
-                         {"wantsChannelCountNotifications", 1},
-                         {"hasTolvekEmbeddedUI", kExtensionCanDoAnswer},
-                         {"hasTolvekExtensionsX", 0},
-                         {"", 0}};
 const std::int32_t kVendorIndexes[] = {static_cast<std::int32_t>(0xdeadbef0u), effGetParamDisplay,
                                        effString2Parameter, effSetSpeakerArrangement, effEditDraw};
 
@@ -106,7 +97,7 @@ void editorRect(Session& session) {
 }
 
 void canDo(Session& session, std::uint8_t choice) {
-  const CanDo& question = kCanDos[choice % std::size(kCanDos)];
+  const CanDoAnswer& question = kCanDoAnswers[choice % std::size(kCanDoAnswers)];
   std::vector<char> copy(question.text, question.text + std::strlen(question.text) + 1);
   FUZZ_CHECK(session.call(effCanDo, 0, 0, copy.data(), 0.0f) == question.answer);
 }

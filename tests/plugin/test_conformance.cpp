@@ -103,16 +103,7 @@ TEST_F(Conformance, IdentityNamesCapabilitiesAndFixedAnswers) {
   EXPECT_EQ(textOf(effect, effGetProductString), "Spatiola");
   EXPECT_EQ(textOf(effect, effGetVendorString), "Tolvek");
   EXPECT_EQ(textOf(effect, effGetParamLabel, 4), "");
-  const struct {
-    const char* text;
-    VstIntPtr answer;
-  } canDo[] = {{"hasTolvekExtensions", static_cast<std::int32_t>(0xbeef0000u)},
-               {"hasTolvekViewAsConfig", static_cast<std::int32_t>(0xbeef0000u)},
-               {"wantsChannelCountNotifications", 1},
-               {"hasTolvekEmbeddedUI", static_cast<std::int32_t>(0xbeef0000u)},
-               {"hasTolvekExtensionsX", 0},
-               {"receiveVstEvents", 0}};
-  for (const auto& c : canDo) {
+  for (const CanDoAnswer& c : kCanDoAnswers) {
     EXPECT_EQ(dispatch(effect, effCanDo, 0, 0, const_cast<char*>(c.text)), c.answer) << c.text;
   }
   EXPECT_EQ(dispatch(effect, effCanDo), 0);
