@@ -157,6 +157,7 @@ TEST_F(StateChunk, EveryVersionFinishesTheModelUpdateOlderOnesTakeDefaultsLaterO
     plugin->model.optionFlags = 0x10000;
     plugin->editor.inputFaderOffset = 12;
     plugin->mix.inputPeaks[0] = 0.5;
+    plugin->model.gainRows = plugin->model.gainCols = 2;  // as sized by an earlier block
     plugin->model.changeFlags = 0;
     plugin->host.stateLoaded = false;
     load(*plugin, b.bytes);
