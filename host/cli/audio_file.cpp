@@ -68,8 +68,26 @@ std::string unreadableCause(const std::string& path) {
   return "not an audio file in a format libsndfile reads";
 }
 
+// Containers whose PCM and float samples lie in the file as they are, never compressed.
+bool holdsPlainSamples(int sndfileFormat) {
+  switch (sndfileFormat & SF_FORMAT_TYPEMASK) {
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+    case SF_FORMAT_W64:
+    case SF_FORMAT_RF64:
+    case SF_FORMAT_AIFF:
+    case SF_FORMAT_CAF:
+      return true;
+    default:
+      return false;
+  }
+}
+
 RawSamples rawCodingOf(SNDFILE* file, int sndfileFormat) {
-  if (sf_command(file, SFC_RAW_DATA_NEEDS_ENDSWAP, nullptr, 0) != SF_FALSE) return RawSamples::none;
+  if (!holdsPlainSamples(sndfileFormat) ||
+      sf_command(file, SFC_RAW_DATA_NEEDS_ENDSWAP, nullptr, 0) != SF_FALSE) {
+    return RawSamples::none;
+  }
   switch (sndfileFormat & SF_FORMAT_SUBMASK) {
     case SF_FORMAT_PCM_16:
       return RawSamples::pcm16;

@@ -57,12 +57,14 @@ LevelMeter writeThroughStream(const std::string& path, int format, int channels,
 
 static_assert(streamChunkFrames(64 * 4) == 1024 && streamChunkFrames(1 << 20) == 1);
 
-// Every coding decoded from the file's bytes, and files libsndfile converts (8-bit, big-endian).
+// Every coding decoded from the file's bytes, and files libsndfile converts (other byte order,
+// doubles, compressed).
 TEST(SampleStreams, FramesCrossChunksIntactInFloatAndIntegerFiles) {
   const std::int64_t frames = 2 * streamChunkFrames(3 * 2) + 123;
   for (int format : {SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_WAV | SF_FORMAT_PCM_16,
                      SF_FORMAT_WAV | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_PCM_32,
-                     SF_FORMAT_AIFF | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_DOUBLE}) {
+                     SF_FORMAT_AIFF | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_DOUBLE,
+                     SF_FORMAT_FLAC | SF_FORMAT_PCM_16}) {
     const std::string path = temporaryPath("streams");
     const LevelMeter levels = writeThroughStream(path, format, 3, frames);
     EXPECT_NEAR(levels.peakDb(0), linearToDbfs(0.5), 1e-9);
