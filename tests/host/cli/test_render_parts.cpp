@@ -1,5 +1,5 @@
-// The parts of a render that need no plug-in: when it calls the plug-in, the file's channel order,
-// what the level meter counts, and the space it needs.
+// The parts of a render that need no plug-in: its options, when it calls the plug-in, the file's
+// channel order, what the level meter counts, and the space it needs.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -10,17 +10,20 @@
 #include "host/cli/channel_layout.h"
 #include "host/cli/levels.h"
 #include "host/cli/output_checks.h"
+#include "host/cli/render.h"
 #include "host/cli/render_schedule.h"
 #include "host/runtime/host_error.h"
+#include "tests/host/runtime/test_support.h"
 
 namespace {
 
-// Each segment as (start, frames, changes applied before it).
+// Each segment as (start, frames, changes applied before it); a schedule that never ends fails
+// at once instead of hanging.
 using Step = std::tuple<std::int64_t, int, int>;
 std::vector<Step> stepsOf(RenderSchedule schedule) {
   std::vector<Step> steps;
   Segment segment;
-  while (schedule.next(segment)) {
+  while (steps.size() < 100 && schedule.next(segment)) {
     steps.emplace_back(segment.start, segment.frames,
                        static_cast<int>(segment.endChange - segment.firstChange));
   }
@@ -28,6 +31,25 @@ std::vector<Step> stepsOf(RenderSchedule schedule) {
 }
 
 }  // namespace
+
+TEST(RenderOptions, BlockAndGlideAreCheckedAtBothEnds) {
+  const std::string block = "--block must be between 1 and 65536 samples",
+                    glide = "--glide must be between 0 and 250 milliseconds";
+  const struct {
+    int blockSize;
+    double glideMs;
+    std::string error;
+  } cases[] = {{1, 0.0, "no error"}, {65536, 250.0, "no error"}, {0, 10.0, block},
+               {65537, 10.0, block}, {64, -0.01, glide},         {64, 250.01, glide},
+               {64, NAN, glide}};
+  for (const auto& c : cases) {
+    RenderOptions options;
+    options.blockSize = c.blockSize;
+    options.glideMs = c.glideMs;
+    EXPECT_EQ(errorOf([&] { checkRenderOptions(options); }), c.error)
+        << c.blockSize << " " << c.glideMs;
+  }
+}
 
 TEST(RenderSchedule, AfterAChangeOneBlockOfTheGlideElseTheBlockSize) {
   const std::vector<ParameterChange> changes = {{100, 0, 1.0f}, {100, 1, 0.0f}, {130, 0, 0.5f}};
@@ -66,14 +88,20 @@ TEST(RenderSchedule, AfterAChangeOneBlockOfTheGlideElseTheBlockSize) {
   EXPECT_EQ(RenderSchedule({}, 16, 48, 1).largestBlock(), 48);
 }
 
+// A line that ends on a step has no point of its own there: the change is that point.
 TEST(RenderSchedule, InterpolationDrawsStraightLinesPerParameter) {
-  const std::vector<ParameterChange> lines =
-      interpolateChanges({{0, 3, 0.0f}, {50, 4, 1.0f}, {100, 3, 1.0f}}, 40);
+  const std::vector<ParameterChange> lines = interpolateChanges(
+      {{0, 3, 0.0f}, {20, 5, 1.0f}, {50, 4, 1.0f}, {100, 3, 1.0f}, {100, 5, 0.0f}}, 40);
   std::vector<std::tuple<std::int64_t, int, float>> points;
   for (const ParameterChange& c : lines) points.emplace_back(c.sample, c.parameter, c.value);
-  EXPECT_EQ(points,
-            (std::vector<std::tuple<std::int64_t, int, float>>{
-                {0, 3, 0.0f}, {40, 3, 0.4f}, {50, 4, 1.0f}, {80, 3, 0.8f}, {100, 3, 1.0f}}));
+  EXPECT_EQ(points, (std::vector<std::tuple<std::int64_t, int, float>>{{0, 3, 0.0f},
+                                                                       {20, 5, 1.0f},
+                                                                       {40, 3, 0.4f},
+                                                                       {50, 4, 1.0f},
+                                                                       {60, 5, 0.5f},
+                                                                       {80, 3, 0.8f},
+                                                                       {100, 3, 1.0f},
+                                                                       {100, 5, 0.0f}}));
 }
 
 TEST(ChannelLayout, StandardLayoutsGoInWaveOrderWithTheirPositions) {
@@ -109,12 +137,7 @@ TEST(LevelMeter, CountsSamplesAboveFullScaleAndThoseThatAreNoNumber) {
 TEST(FreeSpace, ARenderLargerThanItsDiskIsRefusedWithBothSizes) {
   const std::string out = testing::TempDir() + "out.wav";
   EXPECT_NO_THROW(checkFreeSpace(out, 1000));
-  std::string message;
-  try {
-    checkFreeSpace(out, std::int64_t{54} << 50);
-  } catch (const HostError& error) {
-    message = error.what();
-  }
+  const std::string message = errorOf([&] { checkFreeSpace(out, std::int64_t{54} << 50); });
   EXPECT_TRUE(message.starts_with("not enough space for " + out +
                                   ": it needs about 60798.6 TB, and its disk has "))
       << message;

@@ -2,12 +2,12 @@
 // the default 0.5) and reports what the host offered it through its state block, a text of
 // key=value lines, with the calls the host made in order. Like plug-ins of common frameworks it
 // ignores parameters and state before effOpen, and like some plug-ins it crashes on an empty
-// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down.
+// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down; PROBE_INPUTS sets its
+// number of inputs.
 // Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
 // null), legacy (exports only "main"), float (no double precision), inline (an inline view that
 // paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
-// state block),
-// needs-library (links a library the loader cannot find).
+// state block), needs-library (links a library the loader cannot find).
 #include <signal.h>
 #include <unistd.h>
 
@@ -50,11 +50,6 @@ struct Probe {
   std::string calls;  // this instance's, comma-separated
 };
 
-#ifdef PROBE_CRASH_IN_SETCHUNK
-constexpr bool kCrashInSetChunk = true;
-#else
-constexpr bool kCrashInSetChunk = false;
-#endif
 int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
 char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
 std::string callLog;  // every instance's calls, for probe_call_log()
@@ -87,7 +82,9 @@ std::string report(const Probe& probe) {
 }
 
 void setChunk(Probe& probe, const char* data, VstIntPtr length) {
-  if (kCrashInSetChunk) raise(SIGSEGV);
+#ifdef PROBE_CRASH_IN_SETCHUNK
+  raise(SIGSEGV);
+#endif
   logCall(probe, probe.open ? "chunk" : "chunk ignored");
   if (!probe.open) return;
   const std::string text(data, static_cast<std::size_t>(length));
@@ -291,6 +288,7 @@ AEffect* createProbe(audioMasterCallback host) {
   e.numInputs = 0;
   e.flags = (e.flags | effFlagsIsSynth) & ~effFlagsProgramChunks;
 #endif
+  if (const char* inputs = std::getenv("PROBE_INPUTS")) e.numInputs = std::atoi(inputs);
 #ifdef PROBE_NEEDS_LIBRARY
   e.version = probeDependencyVersion();
 #endif

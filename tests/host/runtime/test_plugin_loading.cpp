@@ -187,11 +187,8 @@ TEST(PluginErrors, NameTheFileAndWhatIsWrong) {
   const std::string text = config.dir() + "/text.so", elf32 = config.dir() + "/elf32.so";
   std::ofstream(text) << "hello";
   // An ELF header of a 32-bit x86 shared library: class 1, little-endian, type 3, machine 3.
-  std::ofstream(elf32, std::ios::binary) << std::string(
-                                                "\x7f"
-                                                "ELF\x01\x01\x01",
-                                                7)
-                                         << std::string(9, '\0') << std::string("\x03\0\x03\0", 4);
+  using namespace std::string_literals;
+  std::ofstream(elf32, std::ios::binary) << "\177ELF\1\1\1"s + std::string(9, '\0') + "\3\0\3\0"s;
   const std::pair<std::string, std::string> cases[] = {
       {"/nonexistent/missing.so",
        "cannot read the plug-in /nonexistent/missing.so: no such file or folder"},

@@ -109,61 +109,86 @@ TEST_F(RenderSafety, TheSameRenderGivesTheSameBytesInEveryFormat) {
   EXPECT_EQ(readAudio(path("out.ogg")).frames, 4800);
 }
 
-// The probe doubles its input at "gain" 1: 0.75 becomes 1.5 in every sample.
+// The probe doubles its input at "gain" 1: 0.75 becomes 1.5 in every sample. One of anything is
+// said in the singular.
 TEST_F(RenderSafety, OversAreCountedInTheTableAndWarnedOf) {
-  writeLevels(path("in.wav"), {0.75, 0.25}, 1000);
   const struct {
-    const char *sampleFormat, *tableLine, *warning;
+    const char* sampleFormat;
+    int channels, frames;
+    const char *rendered, *tableRow, *tableLine, *warning;
     double peak;
   } cases[] = {
-      {"pcm16", "overs: 1000 samples above 0 dBFS in channel 1, clipped in the file\n",
-       "warning: 1000 samples clipped in ", 1.0},
-      {"float", "overs: 1000 samples above 0 dBFS in channel 1, kept by the floating-point file\n",
-       " are above 0 dBFS; the floating-point file keeps them", 1.5},
+      {"pcm16", 2, 1000, "rendered 1000 samples (2 -> 2 channels, 48000 Hz) to ",
+       "3.52       3.52     1000\n2    2",
+       "overs: 1000 samples above 0 dBFS in channel 1, clipped in the file\n",
+       "warning: 1000 samples clipped in OUT: its integer format holds nothing above 0 dBFS; lower "
+       "the level to keep them\n",
+       1.0},
+      {"float", 2, 1000, "rendered 1000 samples (2 -> 2 channels, 48000 Hz) to ",
+       "3.52       3.52     1000\n2    2",
+       "overs: 1000 samples above 0 dBFS in channel 1, kept by the floating-point file\n",
+       "warning: 1000 samples in OUT are above 0 dBFS; the floating-point file keeps them, an "
+       "integer format would clip them\n",
+       1.5},
+      {"float", 1, 1, "rendered 1 sample (1 -> 1 channel, 48000 Hz) to ",
+       "3.52       3.52        1\n",
+       "overs: 1 sample above 0 dBFS in channel 1, kept by the floating-point file\n",
+       "warning: 1 sample in OUT is above 0 dBFS; the floating-point file keeps it, an integer "
+       "format would clip it\n",
+       1.5},
   };
   for (const auto& c : cases) {
+    const std::vector<double> levels = {0.75, 0.25};
+    writeLevels(path("in.wav"), {levels.begin(), levels.begin() + c.channels}, c.frames);
     const CommandResult run =
         spatiola({"render", "--plugin", kProbe, "--set", "gain=1", "--sample-format",
                   c.sampleFormat, path("in.wav"), path("out.wav")});
     ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_TRUE(contains(run.out, "3.52       3.52     1000\n2    2")) << run.out;
+    EXPECT_TRUE(run.out.starts_with(c.rendered) && contains(run.out, c.tableRow)) << run.out;
     EXPECT_TRUE(run.out.ends_with(c.tableLine)) << run.out;
-    EXPECT_TRUE(contains(run.err, c.warning)) << run.err;
+    std::string warning = c.warning;
+    EXPECT_EQ(run.err, warning.replace(warning.find("OUT"), 3, path("out.wav")));
     EXPECT_NEAR(std::fabs(readAudio(path("out.wav")).at(0, 0)), c.peak, 1e-4);
   }
 }
 
-TEST_F(RenderSafety, OneOfAnythingIsSaidInTheSingular) {
-  writeLevels(path("in.wav"), {0.75}, 1);
-  const CommandResult run =
-      spatiola({"render", "--plugin", kProbe, "--set", "gain=1", path("in.wav"), path("out.wav")});
-  ASSERT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_TRUE(run.out.starts_with("rendered 1 sample (1 -> 1 channel, 48000 Hz) to ")) << run.out;
-  EXPECT_TRUE(
-      run.out.ends_with("overs: 1 sample above 0 dBFS in channel 1, kept by the "
-                        "floating-point file\n"))
-      << run.out;
-  EXPECT_EQ(run.err, "warning: 1 sample in " + path("out.wav") +
-                         " is above 0 dBFS; the floating-point file keeps it, an integer format "
-                         "would clip it\n");
-}
-
+// An instrument is known by either sign: no inputs, or the synth flag.
 TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
-  writeLevels(path("in.wav"), {0.5, 0.25}, 100);
   std::ofstream(path("late.csv")) << "1,gain,0.5\n";
-  const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {{"--plugin", kSynth},
-       "note: the plug-in is an instrument (0 inputs); this host sends it no MIDI, so it plays no "
-       "notes\n"},
-      {{"--plugin", kProbe, "--automation", path("late.csv")},
-       "note: automation after the end of the input (100 samples) is not applied\n"},
+  const auto instrument = [](const std::string& inputs) {
+    return "note: the plug-in is an instrument (" + inputs +
+           "); this host sends it no MIDI, so it plays no notes\n";
   };
-  for (const auto& [args, note] : cases) {
+  const struct {
+    const char* probeInputs;  // else the file's channel count
+    std::vector<std::string> args;
+    double level;
+    int frames;
+    std::string note;
+  } cases[] = {
+      {nullptr, {"--plugin", kSynth}, 0.5, 100, instrument("0 inputs")},
+      {"1", {"--plugin", kSynth}, 0.5, 100, instrument("1 input")},
+      {"0", {"--plugin", kProbe}, 0.5, 100, instrument("0 inputs")},
+      {nullptr,
+       {"--plugin", kProbe, "--automation", path("late.csv")},
+       0.5,
+       48000,  // the change at 1 s falls just after the last sample
+       "note: automation after the end of the input (48000 samples) is not applied\n"},
+      {nullptr,
+       {"--plugin", kProbe},
+       NAN,
+       1,
+       "warning: the plug-in's output holds 1 sample that is no number (NaN or infinity)\n"},
+  };
+  for (const auto& c : cases) {
+    if (c.probeInputs != nullptr) setenv("PROBE_INPUTS", c.probeInputs, 1);
+    writeLevels(path("in.wav"), {c.level, 0.25}, c.frames);
     std::vector<std::string> command = {"render"};
-    command.insert(command.end(), args.begin(), args.end());
+    command.insert(command.end(), c.args.begin(), c.args.end());
     command.insert(command.end(), {path("in.wav"), path("out.wav")});
     const CommandResult run = spatiola(command);
-    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note));
+    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, c.note));
+    unsetenv("PROBE_INPUTS");
   }
 }
 

@@ -78,18 +78,25 @@ TEST_F(SpatiolaRender, UserSetupsHaveNoPositionsAndStatesReproduceARender) {
   EXPECT_TRUE(contains(first.out, "speaker L")) << first.out;
   const CommandResult second =
       spatiola({"render", "--state", path("state.bin"), path("in.wav"), path("second.wav")});
-  ASSERT_EQ(second.exitCode, 0) << second.err;
+  ASSERT_EQ(std::pair(second.exitCode, second.err), std::pair(0, std::string()));
   EXPECT_EQ(readAudio(path("second.wav")).samples, a.samples);
   // A file with fewer channels than the state's inputs: the others hear silence.
-  writeLevels(path("mono.wav"), {0.5}, 2000);
-  const CommandResult mono =
-      spatiola({"render", "--state", path("state.bin"), path("mono.wav"), path("mono-out.wav")});
-  ASSERT_EQ(mono.exitCode, 0) << mono.err;
-  EXPECT_TRUE(contains(mono.err, "inputs 2..3 receive silence")) << mono.err;
   int speakers = 0;
   const std::vector<double> gains = gainsOf(readFile(path("state.bin")), speakers);
-  const AudioData m = readAudio(path("mono-out.wav"));
-  for (int s = 0; s < speakers; ++s) EXPECT_NEAR(m.at(1999, s), 0.5 * gains[s], 1e-6) << s;
+  const std::pair<int, const char*> notes[] = {{1, "inputs 2..3 receive silence"},
+                                               {2, "input 3 receives silence"},
+                                               {4, "channel 4 of the input is not used"},
+                                               {5, "channels 4..5 of the input are not used"}};
+  for (const auto& [channels, note] : notes) {
+    writeLevels(path("few.wav"), std::vector<double>(channels, 0.5), 2000);
+    const CommandResult run =
+        spatiola({"render", "--state", path("state.bin"), path("few.wav"), path("few-out.wav")});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "note: the plug-in has 3 inputs; " + std::string(note) + "\n");
+    const AudioData out = readAudio(path("few-out.wav"));
+    for (int s = 0; s < speakers && channels == 1; ++s)
+      EXPECT_NEAR(out.at(1999, s), 0.5 * gains[s], 1e-6) << s;
+  }
 }
 
 TEST_F(SpatiolaRender, SixtyFourChannelFilesGetAnInputEach) {
@@ -177,7 +184,7 @@ TEST_F(SpatiolaRender, GlidesLastTheSameWhateverTheBlockSize) {
 }
 
 // A block cut short loads, but not silently.
-TEST_F(SpatiolaRender, DamagedStateBlocksAreNotedByRenderAndSnapshot) {
+TEST_F(SpatiolaRender, DamagedStateBlocksAreNoted) {
   writeLevels(path("in.wav"), {0.5, 0.25}, 1000);
   ASSERT_EQ(spatiola({"render", "--layout", "5.1 surround", "--save-state", path("state.bin"),
                       path("in.wav"), path("out.wav")})
@@ -188,16 +195,9 @@ TEST_F(SpatiolaRender, DamagedStateBlocksAreNotedByRenderAndSnapshot) {
   const std::string note = "note: " + path("cut.bin") +
                            " is not a block as the plug-in writes it (an older version, cut off, "
                            "or values out of range); the plug-in loaded what it could of it\n";
-  for (const std::vector<std::string>& args :
-       {std::vector<std::string>{"render", "--state", path("cut.bin"), path("in.wav"),
-                                 path("out.wav")},
-        {"snapshot", "--state", path("cut.bin"), path("room.png")}}) {
-    const CommandResult run = spatiola(args);
-    EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note)) << args[0];
-  }
-  const CommandResult intact =
-      spatiola({"render", "--state", path("state.bin"), path("in.wav"), path("out.wav")});
-  EXPECT_EQ(std::pair(intact.exitCode, intact.err), std::pair(0, std::string()));
+  const CommandResult run =
+      spatiola({"render", "--state", path("cut.bin"), path("in.wav"), path("out.wav")});
+  EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note));
 }
 
 // The model's own ring, as the plug-in lays it out when Shift is held while the count changes.

@@ -1,7 +1,6 @@
 // What each control tells its dialog when it is used with the mouse and the keys, and that
-// disabled or locked controls ignore input.
+// disabled or locked controls ignore input; what they keep is drawn in the reference pictures.
 #include <cmath>
-#include <functional>
 
 #include "host/window/controls/host_controls.h"
 #include "tests/host/window/test_dialog.h"
@@ -101,47 +100,27 @@ TEST_F(Controls, ComboListsAreChosenWithTheMouseAndWithKeys) {
 }
 
 TEST_F(Controls, EditsTypeAndSelectAndReportEveryChange) {
-  struct Step {
-    std::function<void(Controls&)> act;
+  driver->click(item(kEdit));
+  const struct {
+    std::vector<std::pair<int, unsigned>> keys;  // (key, modifiers), pressed before the typing
+    const char* typed;
+    UINT message;  // sent first unless 0: select all, or set the text to "set"
     const char* text;
     int changes;
+  } steps[] = {
+      {{}, "Front L", 0, "Front L", 7},
+      {{{VK_LEFT, 0}, {VK_BACK, 0}}, "", 0, "FrontL", 1},
+      {{{VK_HOME, 0}, {VK_DELETE, 0}}, "", 0, "rontL", 1},
+      {{{VK_END, kModShift}}, "é", 0, "é", 1},
+      {{}, "12", EM_SETSEL, "12", 2},
+      {{{VK_LEFT, kModShift}, {VK_BACK, 0}}, "", 0, "1", 1},
+      {{}, "", WM_SETTEXT, "set", 1},
   };
-  const Step steps[] = {
-      {[](Controls& t) {
-         t.driver->click(t.item(kEdit));
-         t.driver->type("Front L");
-       },
-       "Front L", 7},
-      {[](Controls& t) {
-         t.driver->key(VK_LEFT);
-         t.driver->key(VK_BACK);
-       },
-       "FrontL", 1},
-      {[](Controls& t) {
-         t.driver->key(VK_HOME);
-         t.driver->key(VK_DELETE);
-       },
-       "rontL", 1},
-      {[](Controls& t) {
-         t.driver->key(VK_END, kModShift);
-         t.driver->type("é");
-       },
-       "é", 1},
-      {[](Controls& t) {
-         t.send(kEdit, EM_SETSEL, 0, -1);
-         t.driver->type("12");
-       },
-       "12", 2},
-      {[](Controls& t) {
-         t.driver->key(VK_LEFT, kModShift);
-         t.driver->key(VK_BACK);
-       },
-       "1", 1},
-      {[](Controls& t) { t.send(kEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("set")); }, "set",
-       1},
-  };
-  for (const Step& step : steps) {
-    step.act(*this);
+  for (const auto& step : steps) {
+    if (step.message == EM_SETSEL) send(kEdit, EM_SETSEL, 0, -1);
+    if (step.message == WM_SETTEXT) send(kEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("set"));
+    for (const auto& [key, modifiers] : step.keys) driver->key(key, modifiers);
+    driver->type(step.typed);
     EXPECT_EQ(text(kEdit), step.text);
     int changes = 0;
     for (const Note& n : notes()) changes += std::get<1>(n) == EN_CHANGE ? 1 : 0;
@@ -201,23 +180,13 @@ TEST_F(Controls, FadersScrollWhileDraggedAndEndEachGesture) {
       << "the wheel's gesture ends later";
 }
 
-TEST_F(Controls, FadersKeepTheirTickAndTexts) {
-  send(kFader, WM_KESTEL_SETPROPERTY, kKestelPropertyName, reinterpret_cast<LPARAM>("Zoom"));
-  send(kFader, WM_KESTEL_SETPROPERTY, kKestelPropertyValue, reinterpret_cast<LPARAM>("-inf"));
-  const auto& fader = dynamic_cast<const Fader&>(*window(item(kFader))->control);
-  EXPECT_EQ(std::make_tuple(fader.tick(), fader.nameText(), fader.valueText()),
-            std::make_tuple(708, std::string("Zoom"), std::string("-inf")));
-}
-
-TEST_F(Controls, HotTrackButtonsClickAndMetersKeepTheirLevels) {
+TEST_F(Controls, HotTrackButtonsClickAndMetersRepaintOnlyChangedPixels) {
   driver->click(item(kHot));
   driver->press(item(kHot), {2, 2});
   driver->release(item(kHot), {40, 2});
   EXPECT_EQ(notes(), (std::vector<Note>{{kHot, BN_CLICKED, 0}}));
   const double levels[2] = {-6.5, -120.0};
   send(kMeter, WM_KESTEL_VULEVELS, 0, reinterpret_cast<LPARAM>(levels));
-  auto* meter = dynamic_cast<Meter*>(window(item(kMeter))->control.get());
-  EXPECT_EQ((std::array{meter->levelDb(0), meter->levelDb(1)}), (std::array{-6.5, -120.0}));
   system->paint();
   const long presented = backend->presentedRects();
   const double barely[2] = {-6.52, -130.0};  // the same pixels: nothing to repaint

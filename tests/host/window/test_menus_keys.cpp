@@ -32,7 +32,7 @@ class MenusAndKeys : public WindowTest {
   int track(UINT flags = TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON) {
     return trackPopupMenu(*system, menu, flags, 50, 40, target);
   }
-  void queueKeys(std::initializer_list<int> keys) {
+  void queueKeys(const std::vector<int>& keys) {
     for (const int key : keys) {
       InputEvent down;
       down.kind = EventKind::KeyDown;
@@ -54,34 +54,25 @@ int passAll(MSG*, AcceleratorRegister*) {
 }  // namespace
 
 TEST_F(MenusAndKeys, MenusAreChosenByMouseAndByKeys) {
-  struct Case {
+  const struct {
     const char* how;
-    std::function<void(MenusAndKeys&)> answer;
+    const char* clicked;  // the item the pointer chooses, else keys
+    std::vector<int> keys;
     int command;
-  };
-  const Case cases[] = {
-      {"click", [](MenusAndKeys& t) { t.driver->answerNextMenu("Adjust inputs/outputs"); }, 100},
-      {"click on a greyed item does nothing",
-       [](MenusAndKeys& t) { t.driver->answerNextMenu("Greyed"); }, 0},
+  } cases[] = {
+      {"click", "Adjust inputs/outputs", {}, 100},
+      {"click on a greyed item does nothing", "Greyed", {}, 0},
       {"keys skip separators and greyed items",
-       [](MenusAndKeys& t) {
-         t.queueKeys({VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN});
-       },
+       nullptr,
+       {VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN},
        102},
-      {"into the submenu",
-       [](MenusAndKeys& t) {
-         t.queueKeys({VK_UP, VK_UP, VK_RIGHT, VK_RETURN});
-       },
-       31},
-      {"escape",
-       [](MenusAndKeys& t) {
-         t.queueKeys({VK_DOWN, VK_ESCAPE});
-       },
-       0},
-      {"nothing more comes", [](MenusAndKeys&) {}, 0},
+      {"into the submenu", nullptr, {VK_UP, VK_UP, VK_RIGHT, VK_RETURN}, 31},
+      {"escape", nullptr, {VK_DOWN, VK_ESCAPE}, 0},
+      {"nothing more comes", nullptr, {}, 0},
   };
-  for (const Case& c : cases) {
-    c.answer(*this);
+  for (const auto& c : cases) {
+    if (c.clicked != nullptr) driver->answerNextMenu(c.clicked);
+    queueKeys(c.keys);
     EXPECT_EQ(track(), c.command) << c.how;
     EXPECT_EQ(system->openMenu(), nullptr);
     EXPECT_EQ(system->capture(), nullptr);

@@ -97,17 +97,10 @@ std::uint32_t bigEndian(const unsigned char* p) {
          p[3];
 }
 
-int shiftOf(std::uint32_t mask) {
-  int shift = 0;
-  while (mask != 0 && (mask & 1u) == 0) {
-    mask >>= 1;
-    ++shift;
-  }
-  return shift;
-}
-
 }  // namespace
 
+// Xvfb's depth-24 screens dump 24- or 32-bit pixels, least significant byte first, red in
+// 0xFF0000.
 std::unique_ptr<DAUB_IBitmap> readXwd(const std::string& path, std::string* error) {
   std::ifstream file(path, std::ios::binary);
   std::vector<unsigned char> data((std::istreambuf_iterator<char>(file)), {});
@@ -119,30 +112,20 @@ std::unique_ptr<DAUB_IBitmap> readXwd(const std::string& path, std::string* erro
   auto field = [&](int index) { return bigEndian(&data[static_cast<std::size_t>(index) * 4]); };
   const std::uint32_t headerSize = field(0), format = field(2), width = field(4), height = field(5);
   const std::uint32_t byteOrder = field(7), bitsPerPixel = field(11), bytesPerLine = field(12);
-  const std::uint32_t masks[3] = {field(14), field(15), field(16)};
-  const std::uint32_t colours = field(19);
-  const std::size_t pixels = headerSize + colours * 12u;
-  if (format != 2 || (bitsPerPixel != 32 && bitsPerPixel != 24) ||
+  const std::size_t pixels = headerSize + field(19) * 12u;  // after the colour map
+  if (format != 2 || (bitsPerPixel != 24 && bitsPerPixel != 32) || byteOrder != 0 ||
+      field(14) != 0xFF0000u ||
       data.size() < pixels + static_cast<std::size_t>(bytesPerLine) * height) {
     return fail("unsupported X window dump");
   }
   std::unique_ptr<graphics::CairoBitmap> picture = graphics::CairoBitmap::create(
       DAUB_BITMAP_MEMORY, static_cast<int>(width), static_cast<int>(height));
   if (picture == nullptr) return fail("too large");
-  const std::size_t bytes = bitsPerPixel / 8;
   for (std::uint32_t y = 0; y < height; ++y) {
     std::uint32_t* row = picture->row(static_cast<int>(y));
     for (std::uint32_t x = 0; x < width; ++x) {
-      const unsigned char* p = &data[pixels + y * bytesPerLine + x * bytes];
-      std::uint32_t value = 0;
-      for (std::size_t b = 0; b < bytes; ++b) {
-        const std::size_t k = byteOrder == 0 ? bytes - 1 - b : b;
-        value = (value << 8) | p[k];
-      }
-      std::uint32_t argb = 0xFF000000u;
-      for (int c = 0; c < 3; ++c)
-        argb |= ((value & masks[c]) >> shiftOf(masks[c]) & 0xFF) << (16 - 8 * c);
-      row[x] = argb;  // opaque: premultiplied is the same
+      const unsigned char* p = &data[pixels + y * bytesPerLine + x * (bitsPerPixel / 8)];
+      row[x] = 0xFF000000u | std::uint32_t{p[2]} << 16 | std::uint32_t{p[1]} << 8 | p[0];
     }
   }
   picture->markDirty();

@@ -45,5 +45,5 @@ class ChildProcess {
   int status_ = -1;
 };
 
-// The picture of an X window dump (xwd, 24 or 32 bits per pixel, ZPixmap), or null.
+// The picture of an X window dump as Xvfb writes it (24 or 32 bits per pixel), or null.
 std::unique_ptr<DAUB_IBitmap> readXwd(const std::string& path, std::string* error = nullptr);
