@@ -106,10 +106,6 @@ TEST_F(RoomPicture, TheBackLayerIsRedrawnOnlyForSpeakerChangesOrANewSize) {
   EXPECT_EQ(at(small, 10, 10), kBackground);
 }
 
-}  // namespace
-
-namespace {
-
 using InlinePaint = PictureTest;
 
 TEST_F(InlinePaint, APollingPaintDrawsOnlyWhenThePictureChanged) {
@@ -144,10 +140,6 @@ TEST_F(InlinePaint, NeedsABitmapAndABlock) {
   EXPECT_EQ(at(bitmap, 10, 10), 0xFF000000u);
 }
 
-}  // namespace
-
-namespace {
-
 using SharedDrawing = PictureTest;
 
 TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsThem) {
@@ -170,10 +162,6 @@ TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsTh
   EXPECT_EQ(boldFont, nullptr);
   EXPECT_EQ(speakerIcons[1], nullptr);
 }
-
-}  // namespace
-
-namespace {
 
 // The editor's view painting real host bitmaps: a kept back layer and inputs on the front.
 class EditorViewPicture : public PictureTest {
