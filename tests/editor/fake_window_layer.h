@@ -89,16 +89,16 @@ struct Fakes {
     return answer<BOOL>(1, "InvalidateRect %s %s %d", is(window == kEditorItem, "view"),
                         rect ? "part" : "all", erase);
   }
-  // The info label of the editor (kParent).
+  // The info label of the editor (kParent): "kill 10", "text 1287 50%R", "timer 10 2000".
+  static const char* where(HWND window) { return window == kParent ? "" : "elsewhere "; }
   static BOOL killTimer(HWND window, UINT_PTR id) {
-    return answer<BOOL>(1, "%skill %lu", window == kParent ? "" : "elsewhere ", (unsigned long)id);
+    return answer<BOOL>(1, "%skill %lu", where(window), static_cast<unsigned long>(id));
   }
   static BOOL setDlgItemText(HWND window, int item, const char* text) {
-    return answer<BOOL>(1, "%stext %d %s", window == kParent ? "" : "elsewhere ", item, text);
+    return answer<BOOL>(1, "%stext %d %s", where(window), item, text);
   }
   static UINT_PTR setTimer(HWND window, UINT_PTR id, UINT elapseMs, TIMERPROC) {
-    return answer(id, "%stimer %lu %u", window == kParent ? "" : "elsewhere ", (unsigned long)id,
-                  elapseMs);
+    return answer(id, "%stimer %lu %u", where(window), static_cast<unsigned long>(id), elapseMs);
   }
 };
 
