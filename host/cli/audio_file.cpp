@@ -68,6 +68,40 @@ std::string unreadableCause(const std::string& path) {
   return "not an audio file in a format libsndfile reads";
 }
 
+// Containers whose PCM and float samples lie in the file as they are, never compressed.
+bool holdsPlainSamples(int sndfileFormat) {
+  switch (sndfileFormat & SF_FORMAT_TYPEMASK) {
+    case SF_FORMAT_WAV:
+    case SF_FORMAT_WAVEX:
+    case SF_FORMAT_W64:
+    case SF_FORMAT_RF64:
+    case SF_FORMAT_AIFF:
+    case SF_FORMAT_CAF:
+      return true;
+    default:
+      return false;
+  }
+}
+
+RawSamples rawCodingOf(SNDFILE* file, int sndfileFormat) {
+  if (!holdsPlainSamples(sndfileFormat) ||
+      sf_command(file, SFC_RAW_DATA_NEEDS_ENDSWAP, nullptr, 0) != SF_FALSE) {
+    return RawSamples::none;
+  }
+  switch (sndfileFormat & SF_FORMAT_SUBMASK) {
+    case SF_FORMAT_PCM_16:
+      return RawSamples::pcm16;
+    case SF_FORMAT_PCM_24:
+      return RawSamples::pcm24;
+    case SF_FORMAT_PCM_32:
+      return RawSamples::pcm32;
+    case SF_FORMAT_FLOAT:
+      return RawSamples::float32;
+    default:
+      return RawSamples::none;
+  }
+}
+
 // Why a file cannot be written; errno as sf_open or the write left it.
 std::string unwritableCause(int errorNumber, SNDFILE* file) {
   if (errorNumber != 0) return fileProblem(errorNumber);
@@ -83,6 +117,7 @@ AudioReader::AudioReader(const std::string& path) : path_(path) {
     throw HostError("cannot read the audio file " + path + ": " + unreadableCause(path));
   }
   info_ = AudioFileInfo{info.channels, info.samplerate, info.frames};
+  raw_ = rawCodingOf(file_, info.format);
   if (info.channels > kMaxFileChannels) {
     sf_close(file_);
     file_ = nullptr;
@@ -97,6 +132,11 @@ AudioReader::~AudioReader() {
 
 std::int64_t AudioReader::read(double* out, std::int64_t frames) {
   return sf_readf_double(file_, out, frames);
+}
+
+std::int64_t AudioReader::readRaw(unsigned char* out, std::int64_t frames) {
+  const auto frameBytes = static_cast<sf_count_t>(rawSampleBytes(raw_)) * info_.channels;
+  return sf_read_raw(file_, out, frames * frameBytes) / frameBytes;
 }
 
 int chooseOutputFormat(const std::string& path, const std::string& formatName,
@@ -138,9 +178,12 @@ AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
   if (descriptor < 0) {
     throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
   }
-  file_ = sf_open_fd(descriptor, SFM_WRITE, &info, SF_TRUE);  // closes it, also on failure
+  // Kept open past sf_close, so that the final sync also covers the header and the repeatable fix.
+  file_ = sf_open_fd(descriptor, SFM_WRITE, &info, SF_FALSE);
   if (file_ == nullptr) {
-    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(errno, nullptr));
+    const int cause = errno;
+    ::close(descriptor);
+    throw HostError("cannot write " + shownPath_ + ": " + unwritableCause(cause, nullptr));
   }
   descriptor_ = descriptor;
   sf_command(file_, SFC_SET_CLIPPING, nullptr, SF_TRUE);  // integer files clip, never wrap
@@ -156,6 +199,7 @@ AudioWriter::AudioWriter(const std::string& path, int channels, int sampleRate,
 
 AudioWriter::~AudioWriter() {
   if (file_ != nullptr) sf_close(file_);
+  if (descriptor_ >= 0) ::close(descriptor_);
 }
 
 void AudioWriter::write(const double* frames, std::int64_t count) {
@@ -173,16 +217,17 @@ void AudioWriter::write(const float* frames, std::int64_t count) {
 }
 
 void AudioWriter::startWriteback() {
-  if (descriptor_ >= 0) sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
+  const off_t end = lseek(descriptor_, 0, SEEK_CUR);
+  if (end - writebackStart_ < kWritebackBytes) return;
+  sync_file_range(descriptor_, writebackStart_, end - writebackStart_, SYNC_FILE_RANGE_WRITE);
+  writebackStart_ = end;
 }
 
 void AudioWriter::close() {
   if (file_ == nullptr) return;
   errno = 0;
-  sf_write_sync(file_);
   const int result = sf_close(file_);
   file_ = nullptr;
-  descriptor_ = -1;
   if (result != 0) {
     throw HostError("cannot finish " + shownPath_ + ": " +
                     (errno != 0 ? fileProblem(errno) : std::string(sf_error_number(result))));
@@ -190,6 +235,11 @@ void AudioWriter::close() {
   const bool repeatable = container_ == SF_FORMAT_OGG ? setOggSerialNumber(path_, kFixedOggSerial)
                                                       : clearPeakTime(path_);
   if (!repeatable) throw HostError("cannot finish " + shownPath_ + ": " + fileProblem(errno));
+  const int synced = fsync(descriptor_);
+  const int cause = errno;
+  ::close(descriptor_);
+  descriptor_ = -1;
+  if (synced != 0) throw HostError("cannot finish " + shownPath_ + ": " + fileProblem(cause));
 }
 
 bool isIntegerFormat(int sndfileFormat) {

@@ -3,10 +3,13 @@
 #pragma once
 
 #include <sndfile.h>
+#include <sys/types.h>
 
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "host/cli/raw_samples.h"
 
 constexpr int kMaxFileChannels = 64;
 
@@ -27,11 +30,17 @@ class AudioReader {
   const AudioFileInfo& info() const { return info_; }
   // Interleaved frames into `out`; the number read (0 at the end).
   std::int64_t read(double* out, std::int64_t frames);
+  // The coding of the file's samples when they can be decoded from its bytes as they are
+  // (16, 24 or 32-bit PCM or 32-bit float in this machine's byte order), else none.
+  RawSamples rawSamples() const { return raw_; }
+  // Interleaved frames as the file holds them, in one read; the number read (0 at the end).
+  std::int64_t readRaw(unsigned char* out, std::int64_t frames);
 
  private:
   std::string path_;
   SNDFILE* file_ = nullptr;
   AudioFileInfo info_;
+  RawSamples raw_ = RawSamples::none;
 };
 
 struct OutputFormat {
@@ -60,6 +69,9 @@ bool isIntegerFormat(int sndfileFormat);
 // size is not known before they are written.
 std::int64_t uncompressedBytes(int sndfileFormat, int channels, std::int64_t frames);
 
+// Large enough for long writes to the disk, small enough that writeback starts early.
+constexpr off_t kWritebackBytes = 8 << 20;
+
 // Files are the same bytes for the same samples (repeatable_file.h).
 class AudioWriter {
  public:
@@ -75,10 +87,10 @@ class AudioWriter {
   void write(const float* frames, std::int64_t count);
   // Whether the file holds 32-bit floats: floats are then written as they are.
   bool storesFloats() const { return subtype_ == SF_FORMAT_FLOAT; }
-  // Sets the disk writing what was written so far, without waiting: the closing sync then waits
-  // only for the end, and the page cache never holds the whole file.
+  // Sets the disk writing what was written since the last time, once that is a few MiB, without
+  // waiting: the closing sync then waits only for the end, and dirty pages never pile up.
   void startWriteback();
-  // Flushes and closes; throws when the file could not be completed.
+  // Completes the file and waits until it is on the disk; throws when it could not be.
   void close();
   // Whether the channel map was stored in the file.
   bool channelMapWritten() const { return channelMapWritten_; }
@@ -87,7 +99,8 @@ class AudioWriter {
   std::string path_;
   std::string shownPath_;
   SNDFILE* file_ = nullptr;
-  int descriptor_ = -1;  // owned by file_
+  int descriptor_ = -1;
+  off_t writebackStart_ = 0;  // the disk has been set writing the bytes before this
   int container_ = 0;
   int subtype_ = 0;
   bool channelMapWritten_ = false;

@@ -5,7 +5,19 @@
 InputStream::InputStream(AudioReader& reader)
     : reader_(reader),
       fileChannels_(reader.info().channels),
-      chunk_(static_cast<std::size_t>(kStreamChunkFrames * fileChannels_)) {}
+      coding_(reader.rawSamples() == RawSamples::none ? RawSamples::hostDouble
+                                                      : reader.rawSamples()),
+      chunkFrames_(streamChunkFrames(frameBytes())),
+      chunk_(static_cast<std::size_t>((chunkFrames_ * frameBytes() + 7) / 8)) {}
+
+std::int64_t InputStream::frameBytes() const {
+  return static_cast<std::int64_t>(rawSampleBytes(coding_)) * fileChannels_;
+}
+
+std::int64_t InputStream::fill() {
+  if (coding_ == RawSamples::hostDouble) return reader_.read(chunk_.data(), chunkFrames_);
+  return reader_.readRaw(reinterpret_cast<unsigned char*>(chunk_.data()), chunkFrames_);
+}
 
 int InputStream::take(double* const* channels, int count, int frames) {
   const int fromFile = std::min(count, fileChannels_);
@@ -13,17 +25,15 @@ int InputStream::take(double* const* channels, int count, int frames) {
   while (done < frames) {
     if (used_ == available_) {
       if (ended_) break;
-      available_ = reader_.read(chunk_.data(), kStreamChunkFrames);
+      available_ = fill();
       used_ = 0;
-      ended_ = available_ < kStreamChunkFrames;
+      ended_ = available_ < chunkFrames_;
       if (available_ == 0) break;
     }
     const auto span = static_cast<int>(std::min<std::int64_t>(frames - done, available_ - used_));
-    const double* source = chunk_.data() + used_ * fileChannels_;
-    for (int c = 0; c < fromFile; ++c) {
-      double* target = channels[c] + done;
-      for (int f = 0; f < span; ++f) target[f] = source[f * fileChannels_ + c];
-    }
+    const auto* bytes = reinterpret_cast<const unsigned char*>(chunk_.data());
+    deinterleaveRaw(coding_, bytes + used_ * frameBytes(), fileChannels_, channels, fromFile, done,
+                    span);
     for (int c = fromFile; c < count; ++c) std::fill_n(channels[c] + done, span, 0.0);
     used_ += span;
     done += span;
@@ -32,8 +42,13 @@ int InputStream::take(double* const* channels, int count, int frames) {
 }
 
 OutputStream::OutputStream(AudioWriter& writer, int channels, LevelMeter& levels)
-    : writer_(writer), levels_(levels), channels_(channels), floats_(writer.storesFloats()) {
-  const auto size = static_cast<std::size_t>(kStreamChunkFrames * channels);
+    : writer_(writer),
+      levels_(levels),
+      channels_(channels),
+      floats_(writer.storesFloats()),
+      chunkFrames_(streamChunkFrames(
+          channels * static_cast<std::int64_t>(floats_ ? sizeof(float) : sizeof(double)))) {
+  const auto size = static_cast<std::size_t>(chunkFrames_ * channels);
   (floats_ ? singles_.resize(size) : doubles_.resize(size));
 }
 
@@ -42,7 +57,7 @@ void OutputStream::put(const double* const* channels, int frames) {
   int done = 0;
   while (done < frames) {
     const auto span =
-        static_cast<int>(std::min<std::int64_t>(frames - done, kStreamChunkFrames - filled_));
+        static_cast<int>(std::min<std::int64_t>(frames - done, chunkFrames_ - filled_));
     for (int c = 0; c < channels_; ++c) planar[c] = channels[c] + done;
     const auto at = static_cast<std::size_t>(filled_ * channels_);
     if (floats_) {
@@ -52,7 +67,7 @@ void OutputStream::put(const double* const* channels, int frames) {
     }
     filled_ += span;
     done += span;
-    if (filled_ == kStreamChunkFrames) flush();
+    if (filled_ == chunkFrames_) flush();
   }
 }
 

@@ -16,7 +16,7 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-// Channel c, frame f: distinct values that survive 32-bit floats and 24-bit files exactly.
+// Channel c, frame f: distinct values that survive 32-bit floats and 16-bit files exactly.
 double valueAt(int channel, std::int64_t frame) {
   return (static_cast<double>((frame * 7 + channel * 131) % 4096) - 2048.0) / 4096.0;
 }
@@ -55,9 +55,16 @@ LevelMeter writeThroughStream(const std::string& path, int format, int channels,
 
 }  // namespace
 
+static_assert(streamChunkFrames(64 * 4) == 1024 && streamChunkFrames(1 << 20) == 1);
+
+// Every coding decoded from the file's bytes, and files libsndfile converts (other byte order,
+// doubles, compressed).
 TEST(SampleStreams, FramesCrossChunksIntactInFloatAndIntegerFiles) {
-  const std::int64_t frames = 2 * kStreamChunkFrames + 123;
-  for (int format : {SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_WAV | SF_FORMAT_PCM_24}) {
+  const std::int64_t frames = 2 * streamChunkFrames(3 * 2) + 123;
+  for (int format : {SF_FORMAT_WAV | SF_FORMAT_FLOAT, SF_FORMAT_WAV | SF_FORMAT_PCM_16,
+                     SF_FORMAT_WAV | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_PCM_32,
+                     SF_FORMAT_AIFF | SF_FORMAT_PCM_24, SF_FORMAT_WAV | SF_FORMAT_DOUBLE,
+                     SF_FORMAT_FLAC | SF_FORMAT_PCM_16}) {
     const std::string path = temporaryPath("streams");
     const LevelMeter levels = writeThroughStream(path, format, 3, frames);
     EXPECT_NEAR(levels.peakDb(0), linearToDbfs(0.5), 1e-9);
