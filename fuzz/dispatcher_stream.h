@@ -1,4 +1,4 @@
-// The encoding of fuzz_dispatcher's inputs, shared with the seed generator: a sequence of
+// The encoding of fuzz_dispatcher's inputs and of its seed sessions: a sequence of
 // operations, each one byte (taken modulo kOperationCount) followed by its fields, little-endian.
 #pragma once
 

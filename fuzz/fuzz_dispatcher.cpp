@@ -13,6 +13,7 @@
 #include "fuzz/fuzz_host.h"
 #include "fuzz/model_invariants.h"
 #include "platform/host_functions.h"
+#include "tests/plugin/host_double.h"
 
 namespace {
 
@@ -22,16 +23,6 @@ constexpr int kLastOpcode = 80;
 constexpr int kMaxFrames = 128;        // long enough for every kernel tile and ramp
 constexpr int kMaxBlocksPerInput = 8;  // keeps one input fast whatever its length
 constexpr double kAmplitudes[] = {1.0, 0.0, 1e-300, 1e6};
-struct CanDo {
-  const char* text;
-  VstIntPtr answer;
-};
-const CanDo kCanDos[] = {{"hasTolvekExtensions", kExtensionCanDoAnswer},
-                         {"hasTolvekViewAsConfig", kExtensionCanDoAnswer},
-                         {"wantsChannelCountNotifications", 1},
-                         {"hasTolvekEmbeddedUI", kExtensionCanDoAnswer},
-                         {"hasTolvekExtensionsX", 0},
-                         {"", 0}};
 const std::int32_t kVendorIndexes[] = {static_cast<std::int32_t>(0xdeadbef0u), effGetParamDisplay,
                                        effString2Parameter, effSetSpeakerArrangement, effEditDraw};
 
@@ -106,7 +97,7 @@ void editorRect(Session& session) {
 }
 
 void canDo(Session& session, std::uint8_t choice) {
-  const CanDo& question = kCanDos[choice % std::size(kCanDos)];
+  const CanDoAnswer& question = kCanDoAnswers[choice % std::size(kCanDoAnswers)];
   std::vector<char> copy(question.text, question.text + std::strlen(question.text) + 1);
   FUZZ_CHECK(session.call(effCanDo, 0, 0, copy.data(), 0.0f) == question.answer);
 }
@@ -196,44 +187,28 @@ void getParameter(Session& session, ByteStream& in) {
   if (index < 0 || index >= session.effect->numParams) FUZZ_CHECK(value == 0.0f);
 }
 
-using Channels = std::vector<std::vector<double>>;
-
-Channels makeInputs(int count, int frames, double amplitude, std::uint32_t seed) {
-  Channels channels(static_cast<std::size_t>(count), std::vector<double>(frames));
-  for (auto& channel : channels) {
+// One block with as many buffers as the effect announces, each its own allocation of exactly
+// `frames`, so that the sanitizer sees a write past any one of them.
+void runBlock(Session& session, int frames, double amplitude, std::uint32_t seed) {
+  const std::size_t length = static_cast<std::size_t>(frames);
+  std::vector<std::vector<double>> inputs(static_cast<std::size_t>(session.effect->numInputs),
+                                          std::vector<double>(length));
+  std::vector<std::vector<double>> outputs(static_cast<std::size_t>(session.effect->numOutputs),
+                                           std::vector<double>(length));
+  std::vector<double*> ins;
+  std::vector<double*> outs;
+  for (auto& channel : inputs) {
     for (double& sample : channel) {
       seed = seed * 1664525u + 1013904223u;
       sample = amplitude * (static_cast<double>(seed >> 8) / (1u << 23) - 1.0);
     }
+    ins.push_back(channel.data());
   }
-  return channels;
-}
-
-std::vector<double*> pointersTo(Channels& channels) {
-  std::vector<double*> pointers;
-  for (auto& channel : channels) pointers.push_back(channel.data());
-  return pointers;
-}
-
-bool allFinite(const Channels& channels) {
-  return std::all_of(channels.begin(), channels.end(), [](const std::vector<double>& channel) {
-    return std::all_of(channel.begin(), channel.end(), [](double s) { return std::isfinite(s); });
-  });
-}
-
-// One block with as many buffers as the effect announces, each exactly `frames` long.
-void runBlock(Session& session, int frames, double amplitude, std::uint32_t seed) {
-  const int inputCount = session.effect->numInputs;
-  const int outputCount = session.effect->numOutputs;
-  FUZZ_CHECK(inputCount >= 0 && inputCount <= kMaxInputs);
-  FUZZ_CHECK(outputCount >= 0 && outputCount <= kMaxSpeakers);
-  Channels inputs = makeInputs(inputCount, frames, amplitude, seed);
-  Channels outputs(static_cast<std::size_t>(outputCount), std::vector<double>(frames));
-  std::vector<double*> inputPointers = pointersTo(inputs);
-  std::vector<double*> outputPointers = pointersTo(outputs);
-  session.effect->processDoubleReplacing(session.effect, inputPointers.data(),
-                                         outputPointers.data(), frames);
-  FUZZ_CHECK(allFinite(outputs));
+  for (auto& channel : outputs) outs.push_back(channel.data());
+  session.effect->processDoubleReplacing(session.effect, ins.data(), outs.data(), frames);
+  for (const auto& channel : outputs)
+    FUZZ_CHECK(
+        std::all_of(channel.begin(), channel.end(), [](double s) { return std::isfinite(s); }));
 }
 
 void process(Session& session, ByteStream& in) {

@@ -4,7 +4,7 @@
 
 #include "fuzz/fuzz_check.h"
 #include "model/field_table.h"
-#include "platform/host_functions.h"
+#include "tests/plugin/host_double.h"
 
 namespace {
 
@@ -12,16 +12,6 @@ constexpr int kMaxParameterDelta =
     parameterCountFor(kMaxInputs, kMaxSpeakers) - kGlobalParameterCount;
 
 std::int32_t trackChannels = 2;
-
-const char* iniFilePath() {
-  return "/tmp/spatiola-fuzz.ini";
-}
-
-VstIntPtr lookUp(const void* name) {
-  if (name != nullptr && std::strcmp(static_cast<const char*>(name), "get_ini_file") == 0)
-    return reinterpret_cast<VstIntPtr>(&iniFilePath);
-  return 0;
-}
 
 // The record must be readable and describe a range inside the largest parameter list.
 void checkParameterListChange(const void* ptr) {
@@ -35,8 +25,7 @@ void checkParameterListChange(const void* ptr) {
 
 VstIntPtr answer(AEffect* /*effect*/, std::int32_t opcode, std::int32_t index, VstIntPtr value,
                  void* ptr, float /*opt*/) {
-  if (opcode == kHostExtensionOpcode && index == kHostFunctionLookupIndex) return lookUp(ptr);
-  if (opcode == kHostExtensionOpcode && index == kHostChannelCountIndex) return trackChannels;
+  if (const auto query = hostQueryAnswer(opcode, index, ptr, trackChannels)) return *query;
   FUZZ_CHECK(opcode != audioMasterAutomate);  // a host-side change is never reported back
   if (opcode == audioMasterVendorSpecific && index == kHostExtensionOpcode &&
       value == kHostNotifyParameterList) {

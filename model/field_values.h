@@ -83,6 +83,21 @@ constexpr double valueFrom(ValueMapping mapping, double v) {
   return v;
 }
 
+static_assert(valueFrom(ValueMapping::Level, 0.25) == 1.0 &&
+              normalisedFrom(ValueMapping::Level, 2.0) == 0.5);
+static_assert(valueFrom(ValueMapping::Signed, 0.75) == 0.5 &&
+              normalisedFrom(ValueMapping::Signed, -1.0) == 0.0);
+static_assert(valueFrom(ValueMapping::Double, 0.25) == 0.5 &&
+              normalisedFrom(ValueMapping::Double, 0.5) == 0.25);
+static_assert(valueFrom(ValueMapping::RoomScale, 1e-6) == kRoomScaleFloor &&
+              valueFrom(ValueMapping::RoomScale, 0.25) == 0.5 &&
+              normalisedFrom(ValueMapping::RoomScale, 2.0) == 1.0);
+static_assert(valueFrom(ValueMapping::Switch, 0.49) == 0.0 &&
+              valueFrom(ValueMapping::Switch, 0.5) == 1.0 &&
+              normalisedFrom(ValueMapping::Switch, 1.0) == 1.0);
+static_assert(valueFrom(ValueMapping::Unit, 0.3) == 0.3 &&
+              normalisedFrom(ValueMapping::Unit, -0.5) == -0.5);
+
 // A parameter's display text: levels in decibels, everything else as the normalised value.
 constexpr bool isShownInDecibels(ValueMapping mapping) {
   return mapping == ValueMapping::Level;

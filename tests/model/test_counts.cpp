@@ -23,15 +23,14 @@ TEST(CountNotifications, ChangesReportTheMovedRangeThenIoThenTheSpeakerCount) {
     setSpeakerCount(*plugin, c.newSpeakers);
     const auto calls = host.calls();
     ASSERT_EQ(calls.size(), c.reportsSpeakers ? 3u : 2u);
-    EXPECT_EQ(calls[0].opcode, audioMasterVendorSpecific);
-    EXPECT_EQ(calls[0].index, kHostExtensionOpcode);
-    EXPECT_EQ(calls[0].value, 0);
-    EXPECT_EQ(calls[0].change.firstIndex, c.change.firstIndex);
-    EXPECT_EQ(calls[0].change.delta, c.change.delta);
+    EXPECT_EQ(std::tuple(calls[0].opcode, calls[0].index, calls[0].value,
+                         calls[0].change.firstIndex, calls[0].change.delta),
+              std::tuple(audioMasterVendorSpecific, kHostExtensionOpcode, VstIntPtr{0},
+                         c.change.firstIndex, c.change.delta));
     EXPECT_EQ(calls[1].opcode, audioMasterIOChanged);
     if (c.reportsSpeakers) {
-      EXPECT_EQ(calls[2].value, 13);
-      EXPECT_EQ(calls[2].ptrValue, c.newSpeakers);
+      EXPECT_EQ(std::pair(calls[2].value, calls[2].ptrValue),
+                std::pair(VstIntPtr{13}, VstIntPtr{c.newSpeakers}));
     }
     EXPECT_EQ(plugin->host.effect.numParams, 4 + 10 * c.newInputs + 7 * c.newSpeakers);
   }
@@ -47,8 +46,7 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResizeAndCountsStayI
   setSpeakerCount(*plugin, 2);
   EXPECT_TRUE(host.calls().empty());
   EXPECT_EQ(plugin->model.changeFlags & kChangeCounts, kChangeCounts);
-  EXPECT_EQ(plugin->model.gainRows, -1);
-  EXPECT_EQ(plugin->model.gainCols, -1);
+  EXPECT_EQ(std::pair(plugin->model.gainRows, plugin->model.gainCols), std::pair(-1, -1));
   setInputCount(*plugin, 200);  // counts are clamped to 0..64
   setSpeakerCount(*plugin, -5);
   EXPECT_EQ(plugin->inputCount(), 64);

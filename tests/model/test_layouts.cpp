@@ -84,14 +84,10 @@ TEST(LayoutPresets, EveryPresetLaysOutItsExactSpeakers) {
     for (int i = 0; i < plugin->speakerCount(); ++i) {
       const Speaker& s = plugin->model.speakers[i];
       const Place& e = expected[static_cast<std::size_t>(i)];
-      EXPECT_STREQ(s.name, e.name);
-      EXPECT_EQ(s.x, e.x);  // exact doubles
-      EXPECT_EQ(s.y, e.y);
-      EXPECT_EQ(s.z, e.z);
-      EXPECT_EQ(s.isLfe, std::string(e.code) == "LFE" ? 1 : 0) << s.name;
-      EXPECT_EQ(s.influence, preset.influence);
-      EXPECT_EQ(s.gain, 1.0);
-      EXPECT_EQ(s.mute + s.solo, 0);
+      const int lfe = std::string(e.code) == "LFE" ? 1 : 0;  // the places as exact doubles
+      EXPECT_EQ(std::tuple(std::string(s.name), s.x, s.y, s.z, s.isLfe, s.influence, s.gain,
+                           s.mute + s.solo),
+                std::tuple(std::string(e.name), e.x, e.y, e.z, lfe, preset.influence, 1.0, 0));
     }
   }
 }

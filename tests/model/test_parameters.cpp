@@ -5,7 +5,6 @@
 #include <iterator>
 #include <limits>
 #include <string>
-#include <thread>
 
 #include "model/parameters.h"
 #include "model_fixture.h"
@@ -36,11 +35,11 @@ TEST_F(Parameters, NamesFollowTheIndexLayout) {
   const struct {
     int index;
     const char* name;
-  } cases[] = {{0, "scale X"},    {3, "ctr trim"},         {4, "in 1 gain"}, {8, "in 1 LFE send"},
-
+  } cases[] = {{0, "scale X"},    {3, "ctr trim"},
+               {4, "in 1 gain"},  {8, "in 1 LFE send"},
                {14, "in 2 gain"}, {24, "front left gain"},
-
-               {45, "LFE gain"},  {65, "back right solo"}, {-1, "resvd"},    {66, ""}};
+               {45, "LFE gain"},  {65, "back right solo"},
+               {-1, "resvd"},     {66, ""}};
   for (const auto& c : cases) EXPECT_EQ(nameOf(*plugin, c.index), c.name) << c.index;
   setInputCount(*plugin, 3);
   EXPECT_EQ(nameOf(*plugin, 34), "front left gain");
@@ -54,6 +53,8 @@ TEST_F(Parameters, LongSpeakerNamesAreCutSoTheWordFits) {
   EXPECT_EQ(nameOf(*plugin, gain + 4, 24), "a very long spea influe");
 }
 
+// Each group's fields reached by index, clamped into their ranges; the mappings' arithmetic is
+// checked where they are defined.
 TEST(ParameterValues, MapEachFieldBothWaysWithinItsRange) {
   using Field = double (*)(const PannerPlugin&);
   const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -65,22 +66,16 @@ TEST(ParameterValues, MapEachFieldBothWaysWithinItsRange) {
     double model;
     float readBack;
   } cases[] = {
-      {0, 0.25f, [](const PannerPlugin& p) { return p.model.spaceScaleX; }, 0.5, 0.25f},
       {0, 0.0f, [](const PannerPlugin& p) { return p.model.spaceScaleX; }, 2e-6, 1e-6f},  // a floor
-      {2, 1.0f, [](const PannerPlugin& p) { return p.model.spaceScaleZ; }, 2.0, 1.0f},
       {3, 0.5f, [](const PannerPlugin& p) { return p.model.centerTrim; }, 2.0, 0.5f},
       {4, 7.0f, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 4.0, 1.0f},
       {4, nan, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 1.0, 0.25f},
       {4, inf, [](const PannerPlugin& p) { return p.model.inputs[0].gain; }, 1.0, 0.25f},
-      {5, 0.75f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, 0.5, 0.75f},
       {5, -3.0f, [](const PannerPlugin& p) { return p.model.inputs[0].x; }, -1.0, 0.0f},
       {8, 0.125f, [](const PannerPlugin& p) { return p.model.inputs[0].lfeSend; }, 0.5, 0.125f},
       {9, 0.5f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuse; }, 0.5, 0.5f},
-      {10, 0.0f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseBias; }, -1.0, 0.0f},
-      {11, 0.3f, [](const PannerPlugin& p) { return p.model.inputs[0].diffuseAngle; }, 0.3f, 0.3f},
       {12, 0.5f, [](const PannerPlugin& p) { return double(p.model.inputs[0].mute); }, 1, 1.0f},
       {28, 0.25f, [](const PannerPlugin& p) { return p.model.speakers[0].influence; }, 0.5, 0.25f},
-      {29, 0.49f, [](const PannerPlugin& p) { return double(p.model.speakers[0].mute); }, 0, 0.0f},
       {30, 0.5f, [](const PannerPlugin& p) { return double(p.model.speakers[0].solo); }, 1, 1.0f},
   };
   RecordingHost host;
@@ -198,33 +193,4 @@ TEST_F(Parameters, EditorReportsAreAutomationThenEndEditOfTheTouchedValues) {
       EXPECT_EQ(calls[cases[i].at].opt, cases[i].value);
     }
   }
-}
-
-TEST(ParameterThreads, HostAccessDuringCountChangesStaysInsideTheArrays) {
-  RecordingHost host;
-  auto plugin = makeInstance(2);
-  std::atomic<bool> done{false};
-  std::thread counts([&] {
-    for (int round = 0; round < 100; ++round) {
-      setInputCount(*plugin, round % 2 == 0 ? 64 : 1);
-      setSpeakerCount(*plugin, round % 2 == 0 ? 1 : 64);
-    }
-    done = true;
-  });
-  char text[256];
-  int passes = 0;
-  do {  // indexes up to the longest list the counts ever give
-    for (int index = 0; index < parameterCountFor(64, 64); index += 13) {
-      setParameterValue(*plugin, index, 0.75f);
-      EXPECT_LE(getParameterValue(*plugin, index), 1.0f);
-      getParameterName(*plugin, index, text, sizeof text);
-      getParameterDisplay(*plugin, index, text, sizeof text, false, 0.0f);
-    }
-    ++passes;
-  } while (!done || passes < 3);
-  counts.join();
-  EXPECT_EQ(plugin->inputCount(), 1);
-  EXPECT_EQ(plugin->speakerCount(), 64);
-  EXPECT_EQ(plugin->host.effect.numParams, parameterCountFor(1, 64));
-  EXPECT_EQ(nameOf(*plugin, parameterCountFor(1, 64) - 1), "speaker L3 solo");
 }

@@ -30,6 +30,20 @@ inline std::optional<VstIntPtr> hostQueryAnswer(std::int32_t opcode, std::int32_
   return ini ? reinterpret_cast<VstIntPtr>(&testIniFile) : 0;
 }
 
+// What the plug-in answers a host's "can do" questions; the empty text and near misses answer 0.
+struct CanDoAnswer {
+  const char* text;
+  VstIntPtr answer;
+};
+inline constexpr CanDoAnswer kCanDoAnswers[] = {
+    {"hasTolvekExtensions", static_cast<std::int32_t>(0xbeef0000u)},
+    {"hasTolvekViewAsConfig", static_cast<std::int32_t>(0xbeef0000u)},
+    {"wantsChannelCountNotifications", 1},
+    {"hasTolvekEmbeddedUI", static_cast<std::int32_t>(0xbeef0000u)},
+    {"hasTolvekExtensionsX", 0},
+    {"receiveVstEvents", 0},
+    {"", 0}};
+
 inline VstIntPtr dispatch(AEffect* effect, std::int32_t opcode, std::int32_t index = 0,
                           VstIntPtr value = 0, void* ptr = nullptr, float opt = 0.0f) {
   return effect->dispatcher(effect, opcode, index, value, ptr, opt);

@@ -85,8 +85,8 @@ TEST_F(Conformance, ConstructionReportsEveryCountChangeForTheNewEffect) {
         std::tuple(audioMasterVendorSpecific, kHostExtensionOpcode, effect, first, delta));
     EXPECT_EQ(host.calls[static_cast<std::size_t>(i) + 1].opcode, audioMasterIOChanged);
   }
-  EXPECT_EQ(host.calls[5].value, 13);
-  EXPECT_EQ(host.calls[5].ptrValue, 6);
+  EXPECT_EQ(std::pair(host.calls[5].value, host.calls[5].ptrValue),
+            std::pair(VstIntPtr{13}, VstIntPtr{6}));
   closeEffect(effect);
 }
 
@@ -103,16 +103,7 @@ TEST_F(Conformance, IdentityNamesCapabilitiesAndFixedAnswers) {
   EXPECT_EQ(textOf(effect, effGetProductString), "Spatiola");
   EXPECT_EQ(textOf(effect, effGetVendorString), "Tolvek");
   EXPECT_EQ(textOf(effect, effGetParamLabel, 4), "");
-  const struct {
-    const char* text;
-    VstIntPtr answer;
-  } canDo[] = {{"hasTolvekExtensions", static_cast<std::int32_t>(0xbeef0000u)},
-               {"hasTolvekViewAsConfig", static_cast<std::int32_t>(0xbeef0000u)},
-               {"wantsChannelCountNotifications", 1},
-               {"hasTolvekEmbeddedUI", static_cast<std::int32_t>(0xbeef0000u)},
-               {"hasTolvekExtensionsX", 0},
-               {"receiveVstEvents", 0}};
-  for (const auto& c : canDo) {
+  for (const CanDoAnswer& c : kCanDoAnswers) {
     EXPECT_EQ(dispatch(effect, effCanDo, 0, 0, const_cast<char*>(c.text)), c.answer) << c.text;
   }
   EXPECT_EQ(dispatch(effect, effCanDo), 0);
@@ -163,9 +154,8 @@ TEST_F(Conformance, StateRoundTripsThroughTheDispatcher) {
   const std::size_t before = host.calls.size();
   EXPECT_EQ(loadChunk(target, block), 0);
   EXPECT_EQ(host.calls.size(), before);  // loading tells the host nothing
-  EXPECT_EQ(target->numInputs, 2);
-  EXPECT_EQ(target->numOutputs, 2);
-  EXPECT_EQ(target->numParams, 4 + 20 + 14);
+  EXPECT_EQ(std::tuple(target->numInputs, target->numOutputs, target->numParams),
+            std::tuple(2, 2, 4 + 20 + 14));
   EXPECT_EQ(target->getParameter(target, 5), 0.9f);
   EXPECT_EQ(target->getParameter(target, 28), 0.25f);
   EXPECT_EQ(chunkOf(target), block);
@@ -196,10 +186,10 @@ TEST_F(Conformance, TheHostMayReLayTheSpeakersOnceAndHearsOfItAtIdle) {
   host.calls.clear();
   EXPECT_EQ(dispatch(effect, effIdle), 1);
   ASSERT_EQ(host.calls.size(), 1u);
-  EXPECT_EQ(host.calls[0].opcode, audioMasterVendorSpecific);
-  EXPECT_EQ(host.calls[0].index, kHostExtensionOpcode);
-  EXPECT_EQ(host.calls[0].value, 13);
-  EXPECT_EQ(host.calls[0].ptrValue, (6 << 20) | (2 << 12) | 0xF00);
+  const RecordedCall& report = host.calls[0];
+  EXPECT_EQ(std::tuple(report.opcode, report.index, report.value, report.ptrValue),
+            std::tuple(audioMasterVendorSpecific, kHostExtensionOpcode, 13,
+                       (6 << 20) | (2 << 12) | 0xF00));
   EXPECT_EQ(effect->numParams, 4 + 20 + 42);
   EXPECT_EQ(effect->numOutputs, 2);  // the host's buffers are not the plug-in's to change
   host.calls.clear();
@@ -256,8 +246,8 @@ TEST_F(Conformance, OpenAsksForIdleCalls) {
   host.calls.clear();
   EXPECT_EQ(dispatch(effect, effOpen), 0);
   ASSERT_EQ(host.calls.size(), 1u);
-  EXPECT_EQ(host.calls[0].opcode, audioMasterNeedIdle);
-  EXPECT_EQ(host.calls[0].effect, effect);
+  EXPECT_EQ(std::tuple(host.calls[0].opcode, host.calls[0].effect),
+            std::tuple(audioMasterNeedIdle, effect));
   closeEffect(effect);
 }
 

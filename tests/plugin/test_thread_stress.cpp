@@ -123,14 +123,17 @@ void runControl(AEffect* effect) {
 }
 
 // [automation thread] Parameter changes as a host's automation plays them, stray indexes and
-// non-finite values included.
+// non-finite values included, and the reads a host's parameter list makes.
 void runAutomation(AEffect* effect) {
   std::mt19937 random(13);
   std::uniform_int_distribution<int> index(-2, 1200);
   std::uniform_real_distribution<float> value(0.0f, 1.0f);
+  char text[256];
   for (int step = 0; step < 10000; ++step) {
     effect->setParameter(effect, index(random), step % 97 == 0 ? std::nanf("") : value(random));
     if (step % 5 == 0) effect->getParameter(effect, index(random));
+    if (step % 5 == 1) dispatch(effect, effGetParamName, index(random), 0, text);
+    if (step % 5 == 2) dispatch(effect, effGetParamDisplay, index(random), 0, text);
   }
 }
 
