@@ -72,6 +72,8 @@ int runEdit(const EditOptions& options, std::ostream& out, std::ostream& notes,
   std::ofstream log;
   HostConfig config;
   config.trackChannels = options.trackChannels;
+  if (companion.configure) companion.configure(config);
+  if (config.trackChannels <= 0) config.trackChannels = 2;
   if (!options.automationLogPath.empty()) {
     log.open(options.automationLogPath, std::ios::trunc);
     if (!log) throw HostError("cannot write " + options.automationLogPath);
@@ -87,9 +89,14 @@ int runEdit(const EditOptions& options, std::ostream& out, std::ostream& notes,
   CompanionRun beside(companion, *plugin.instance);
   {
     EditorSession session(windows.system, *plugin.instance, scale256);
+    if (companion.idle) {
+      session.setIdleHook([&session, &companion] { session.setTitleStatus(companion.idle()); });
+    }
+    if (companion.setParameter) session.setParameterRoute(companion.setParameter);
     if (driverBackend != nullptr) {
       winsys::WindowDriver driver(windows.system, *driverBackend);
-      runEditScript(steps, {windows.system, driver, session, options.scriptPath, &notes});
+      runEditScript(
+          steps, {windows.system, driver, session, options.scriptPath, &notes, companion.realTime});
     } else {
       windows.system.runUntilClosed(
           session.frame(), [&session] { session.idle(); }, EditScriptHost::kIdlePeriodMs);

@@ -1,12 +1,9 @@
 // spatiola live: a plug-in on a JACK server without a window, for as long as asked.
-#include <signal.h>
-
 #include <chrono>
 #include <cmath>
 #include <numbers>
 #include <thread>
 
-#include "host/cli/audio_file.h"
 #include "host/cli/commands.h"
 #include "host/cli/live_control.h"
 #include "host/runtime/host_error.h"
@@ -15,17 +12,6 @@ namespace {
 
 constexpr auto kIdlePeriod = std::chrono::milliseconds(20);
 constexpr double kMovesPerSecond = 0.25;  // turns of the benchmark's circle
-
-volatile sig_atomic_t interrupted = 0;
-
-// Ctrl+C and kill end the session as "quit" does: the files are complete.
-void catchInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = 1; };
-  sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-}
 
 struct Moves {
   PluginInstance* instance;
@@ -39,15 +25,6 @@ void moveEveryBlock(void* context, std::int64_t samplePosition, int /*frames*/) 
   const double phase = 2.0 * std::numbers::pi * kMovesPerSecond *
                        static_cast<double>(samplePosition) / moves->sampleRate;
   moves->extension->moveParameters(*moves->instance, phase);
-}
-
-HostConfig liveConfig(const LiveSession& session, int trackChannels) {
-  HostConfig config;
-  config.sampleRate = session.sampleRate();
-  config.blockSize = session.bufferSize();
-  config.trackChannels = trackChannels;
-  config.processLevel = 2;  // real time
-  return config;
 }
 
 void printTiming(const LiveSession& session, std::ostream& out) {
@@ -97,7 +74,8 @@ bool runUntilDone(LiveSession& session, const LiveControl& control, int controlF
   bool quit = false;
   StatusLine status(session);
   const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-  while (!quit && interrupted == 0 && (seconds <= 0.0 || std::chrono::steady_clock::now() < end)) {
+  while (!quit && !interruptedToQuit() &&
+         (seconds <= 0.0 || std::chrono::steady_clock::now() < end)) {
     if (!session.idle(notes)) return false;
     status.update(session, notes);
     if (reading) {
@@ -118,16 +96,13 @@ bool runUntilDone(LiveSession& session, const LiveControl& control, int controlF
 
 int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
             std::ostream& notes) {
-  catchInterrupts();
-  LiveSession session(options.live);
-  const int trackChannels = options.inputs > 0 ? options.inputs
-                            : options.live.playPath.empty()
-                                ? 2
-                                : AudioReader(options.live.playPath).info().channels;
-  LoadedPlugin plugin = loadPlugin(options.plugin.pluginPath, liveConfig(session, trackChannels));
+  quitOnInterrupts();
+  LiveSession session(options.audio.live);
+  LoadedPlugin plugin =
+      loadPlugin(options.plugin.pluginPath,
+                 liveHostConfig(session, options.inputs, options.audio.live.playPath));
   PluginInstance& instance = *plugin.instance;
   configurePlugin(instance, options.plugin, notes);
-  if (!options.startStatePath.empty()) writeBinaryFile(options.startStatePath, instance.chunk());
   const PluginExtension* extension = extensionFor(options.plugin, instance);
   Moves moves{&instance, extension, static_cast<double>(session.sampleRate())};
   if (options.moving) {
@@ -135,21 +110,13 @@ int runLive(const LiveCommandOptions& options, int controlFd, std::ostream& out,
     session.setBlockHook(moveEveryBlock, &moves);
   }
   instance.start();
-  session.start(
-      instance,
-      [extension](PluginInstance& i) {
-        return extension != nullptr ? extension->outputNames(i) : std::vector<std::string>{};
-      },
-      notes);
-  out << "spatiola live: JACK client " << session.clientName() << ", " << session.status() << "\n"
-      << std::flush;
+  startLiveAudio(session, instance, options.plugin, options.audio, "spatiola live", out, notes);
   const bool serverAlive =
       runUntilDone(session, {instance, options.plugin, session}, controlFd, options.seconds, notes);
   session.stop();
   instance.stop();
   if (options.timing) printTiming(session, out);
   if (serverAlive) return 0;
-  notes << "spatiola: the JACK server stopped (" << session.stopReason()
-        << "); the audio has ended\n";
+  notes << "spatiola: " << serverStoppedMessage(session) << "\n";
   return 1;
 }

@@ -78,6 +78,7 @@ struct ScriptRun {
   EditScriptHost& host;
   std::string name;               // of the script, for messages
   std::ostream* notes = nullptr;  // where a step that does nothing is said to
+  bool realTime = false;          // `wait` also lets the wall clock run (live audio beside)
 };
 
 // Runs the steps in order, with the host's idle calls after each and every 50 ms of `wait`;

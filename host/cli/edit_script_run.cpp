@@ -1,5 +1,7 @@
 // Running a parsed edit script on the headless window system through its driver.
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "host/cli/edit_script.h"
 #include "host/cli/plugin_setup.h"
@@ -54,8 +56,9 @@ class StepRunner {
   }
   void wait() {
     for (int left = step_.numbers[0]; left > 0; left -= EditScriptHost::kIdlePeriodMs) {
-      run_.driver.advance(
-          static_cast<std::uint32_t>(std::min(left, EditScriptHost::kIdlePeriodMs)));
+      const int ms = std::min(left, EditScriptHost::kIdlePeriodMs);
+      if (run_.realTime) std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+      run_.driver.advance(static_cast<std::uint32_t>(ms));
       run_.host.idle();
     }
   }

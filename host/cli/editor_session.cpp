@@ -37,8 +37,8 @@ EditorSession::EditorSession(winsys::WindowSystem& system, PluginInstance& insta
     throw HostError(describe(instance) + " has no editor (effFlagsHasEditor is clear)");
   }
   const FrameSize size = requestedSize(instance);
-  const std::string title = instance.effectName();
-  frame_ = system.createFrame(title.c_str(), size.width * scale256 / 256,
+  name_ = instance.effectName();
+  frame_ = system.createFrame(name_.c_str(), size.width * scale256 / 256,
                               size.height * scale256 / 256, scale256, true, &frameProcedure);
   winsys::Window* frame = system.find(frame_);
   frame->userData = reinterpret_cast<LONG_PTR>(this);
@@ -73,10 +73,23 @@ HWND EditorSession::editor() const {
 void EditorSession::idle() {
   if (editorOpen_) instance_.dispatch("effEditIdle", effEditIdle);
   instance_.idle();
+  if (idleHook_) idleHook_();
+}
+
+void EditorSession::setTitleStatus(const std::string& status) {
+  winsys::Window* frame = system_.find(frame_);
+  if (frame == nullptr) return;
+  const std::string title = status.empty() ? name_ : name_ + " \u2014 " + status;
+  if (frame->text != title) system_.setText(frame, title);
 }
 
 void EditorSession::setParameter(const std::string& nameOrIndex, float normalised) {
-  instance_.setParameter(resolveParameter(instance_, nameOrIndex), normalised);
+  const int parameter = resolveParameter(instance_, nameOrIndex);
+  if (parameterRoute_) {
+    parameterRoute_(parameter, normalised);
+  } else {
+    instance_.setParameter(parameter, normalised);
+  }
 }
 
 void EditorSession::close() {

@@ -3,6 +3,8 @@
 // frame goes. Any plug-in with an editor. [UI thread]
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 
 #include "host/cli/edit_script.h"
@@ -23,8 +25,17 @@ class EditorSession : public EditScriptHost {
   HWND editor() const override;
   bool isOpen() const { return system_.find(frame_) != nullptr; }
 
-  // effEditIdle, and effIdle when the plug-in asked for idle calls.
+  // effEditIdle, and effIdle when the plug-in asked for idle calls; then the idle hook.
   void idle() override;
+  // Runs on every idle call, the script's too: what keeps a companion of the editor in step.
+  void setIdleHook(std::function<void()> hook) { idleHook_ = std::move(hook); }
+  // Where setParameter sends a change instead of the plug-in (live audio applies it in time).
+  void setParameterRoute(std::function<void(std::int32_t, float)> route) {
+    parameterRoute_ = std::move(route);
+  }
+  // The frame's title becomes "NAME — STATUS" (just NAME when empty); unchanged titles are not
+  // set again.
+  void setTitleStatus(const std::string& status);
   void setParameter(const std::string& nameOrIndex, float normalised) override;
   std::vector<unsigned char> state() override { return instance_.chunk(); }
   // effEditClose, then the frame; also what closing the frame's window does.
@@ -37,4 +48,7 @@ class EditorSession : public EditScriptHost {
   PluginInstance& instance_;
   HWND frame_ = nullptr;
   bool editorOpen_ = false;
+  std::string name_;
+  std::function<void()> idleHook_;
+  std::function<void(std::int32_t, float)> parameterRoute_;
 };

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iostream>
+#include <vector>
 
 #include "host/cli/commands.h"
 #include "host/runtime/host_error.h"
@@ -108,24 +109,32 @@ void addBench(CLI::App& app, BenchOptions& options) {
                     "SECONDS of wall time, and a first/last comparison");
 }
 
+// The options of running on JACK, shared by `live` and `edit --jack`.
+std::vector<CLI::Option*> addLiveAudioOptions(CLI::App& command, LiveAudioOptions& options) {
+  return {
+      command.add_option("--name", options.live.clientName, "JACK client name (default spatiola)"),
+      command.add_option("--server", options.live.serverName,
+                         "JACK server name (default: the default)"),
+      command.add_option("--connect-inputs", options.live.connectInputs,
+                         "wire input N from this port at start, e.g. system:capture_%d"),
+      command.add_option("--connect-outputs", options.live.connectOutputs,
+                         "wire output N to this port at start, e.g. system:playback_%d"),
+      command.add_option("--play", options.live.playPath,
+                         "a multichannel file played in a loop into the inputs (added to JACK's)"),
+      command.add_option("--record-automation", options.live.recordPath,
+                         "write the automation made while running as CSV for render --automation"),
+      command.add_option("--save-start-state", options.startStatePath,
+                         "write the state block as playback starts (for rendering the recording)"),
+  };
+}
+
 void addLive(CLI::App& app, LiveCommandOptions& options) {
   CLI::App* live = app.add_subcommand(
       "live",
       "run the plug-in on a JACK server without a window (lines on standard input: "
       "set NAME=VALUE, inputs N, layout NAME, quit)");
   addPluginOptions(*live, options.plugin, true);
-  live->add_option("--name", options.live.clientName, "JACK client name (default spatiola)");
-  live->add_option("--server", options.live.serverName, "JACK server name (default: the default)");
-  live->add_option("--connect-inputs", options.live.connectInputs,
-                   "wire input N from this port at start, e.g. system:capture_%d");
-  live->add_option("--connect-outputs", options.live.connectOutputs,
-                   "wire output N to this port at start, e.g. system:playback_%d");
-  live->add_option("--play", options.live.playPath,
-                   "a multichannel file played in a loop into the inputs (added to JACK's)");
-  live->add_option("--record-automation", options.live.recordPath,
-                   "write the automation made while running as CSV for render --automation");
-  live->add_option("--save-start-state", options.startStatePath,
-                   "write the state block as playback starts (for rendering the recording)");
+  addLiveAudioOptions(*live, options.audio);
   live->add_option("--inputs", options.inputs,
                    "track channels (default: the --play file's, else 2)");
   live->add_option("--seconds", options.seconds, "stop after this long (default: when told)");
@@ -162,7 +171,8 @@ void addEdit(CLI::App& app, EditOptions& options) {
   CLI::App* edit = app.add_subcommand("edit", "open the plug-in's editor in a window");
   addPluginOptions(*edit, options.plugin, true);
   edit->add_option("--channels", options.trackChannels,
-                   "track channel count the host reports (default 2)");
+                   "track channel count the host reports (default 2; with --jack --play the "
+                   "file's)");
   CLI::Option* script = edit->add_option("--script", options.scriptPath,
                                          "run this script of user actions (see the README)");
   edit->add_flag("--headless", options.headless,
@@ -173,6 +183,9 @@ void addEdit(CLI::App& app, EditOptions& options) {
                    "write the plug-in's state block when the editor closes");
   edit->add_option("--automation-log", options.automationLogPath,
                    "write every call of the plug-in to the host, one JSON object per line");
+  CLI::Option* jack = edit->add_flag("--jack", options.jack,
+                                     "run the plug-in on a JACK server while the editor is open");
+  for (CLI::Option* option : addLiveAudioOptions(*edit, options.audio)) option->needs(jack);
 }
 
 // Every command's options, as the command line filled them.
@@ -198,7 +211,10 @@ int dispatchCommand(const CLI::App& app, Commands& commands) {
   if (app.got_subcommand("bench")) return runBench(commands.bench, std::cout, std::cerr);
   if (app.got_subcommand("demo")) return runDemo(commands.demo, std::cout, std::cerr);
   if (app.got_subcommand("snapshot")) return runSnapshot(commands.snapshot, std::cout, std::cerr);
-  if (app.got_subcommand("edit")) return runEdit(commands.edit, std::cout, std::cerr);
+  if (app.got_subcommand("edit")) {
+    if (commands.edit.jack) return runEditLive(commands.edit, std::cout, std::cerr);
+    return runEdit(commands.edit, std::cout, std::cerr);
+  }
   if (app.got_subcommand("live")) return runLive(commands.live, 0, std::cout, std::cerr);
   if (app.got_subcommand("layouts")) return runLayouts(commands.layouts, std::cout);
   return runScene(commands.scene, std::cin, std::cout, std::cerr);

@@ -28,6 +28,7 @@ class Backend {
   virtual void showSurface(void* surface, bool visible) = 0;
   virtual void resizeSurface(void* surface, int width, int height) = 0;
   virtual void closeSurface(void* surface) = 0;
+  virtual void setSurfaceTitle(void* surface, const char* title) = 0;
   // Copies the rectangles of the back buffer (the surface's size) to the screen.
   virtual void present(void* surface, graphics::CairoBitmap& backBuffer,
                        const std::vector<RECT>& rects) = 0;

@@ -14,8 +14,8 @@ int defaultMessageBoxAnswer(int style) {
   return kButtons[type][defaultIndex];
 }
 
-void* HeadlessBackend::openSurface(HWND owner, const char* /*title*/, int /*width*/,
-                                   int /*height*/) {
+void* HeadlessBackend::openSurface(HWND owner, const char* title, int /*width*/, int /*height*/) {
+  setSurfaceTitle(owner, title);
   return owner;
 }
 

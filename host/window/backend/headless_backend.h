@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ class HeadlessBackend final : public Backend {
   void showSurface(void* /*surface*/, bool /*visible*/) override {}
   void resizeSurface(void* /*surface*/, int /*width*/, int /*height*/) override {}
   void closeSurface(void* /*surface*/) override {}
+  void setSurfaceTitle(void* surface, const char* title) override {
+    titles_[surface] = title != nullptr ? title : "";
+  }
   void present(void* surface, graphics::CairoBitmap& backBuffer,
                const std::vector<RECT>& rects) override;
 
@@ -52,12 +56,18 @@ class HeadlessBackend final : public Backend {
   void setMessageBoxLog(std::function<void(const MessageBoxRecord&)> log) { log_ = std::move(log); }
   const std::vector<MessageBoxRecord>& messageBoxes() const { return boxes_; }
   CursorShape cursor() const { return cursor_; }
+  // The title a surface's window would show; empty for an unknown surface.
+  std::string surfaceTitle(void* surface) const {
+    const auto found = titles_.find(surface);
+    return found != titles_.end() ? found->second : std::string();
+  }
   // Rectangles presented so far, over all surfaces, and those of the last present.
   long presentedRects() const { return presentedRects_; }
   const std::vector<RECT>& lastPresented() const { return lastPresented_; }
 
  private:
   std::uint64_t clockMs_ = 0;
+  std::map<void*, std::string> titles_;
   int scale256_;
   std::deque<InputEvent> events_;
   std::function<void()> idleHook_;

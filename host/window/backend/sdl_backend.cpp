@@ -156,6 +156,12 @@ void SdlBackend::closeSurface(void* surface) {
   if (surface != nullptr) SDL_DestroyWindow(windowOf(surface));
 }
 
+void SdlBackend::setSurfaceTitle(void* surface, const char* title) {
+  if (surface == nullptr) return;
+  SDL_SetWindowTitle(windowOf(surface), title != nullptr ? title : "");
+  setX11Title(surface, title != nullptr ? title : "");
+}
+
 void SdlBackend::present(void* surface, graphics::CairoBitmap& backBuffer,
                          const std::vector<RECT>& rects) {
   SDL_Window* window = windowOf(surface);

@@ -26,6 +26,7 @@ class SdlBackend final : public Backend {
   void showSurface(void* surface, bool visible) override;
   void resizeSurface(void* surface, int width, int height) override;
   void closeSurface(void* surface) override;
+  void setSurfaceTitle(void* surface, const char* title) override;
   void present(void* surface, graphics::CairoBitmap& backBuffer,
                const std::vector<RECT>& rects) override;
 
@@ -42,6 +43,7 @@ class SdlBackend final : public Backend {
   unsigned long x11WindowId(void* surface) const;
 
  private:
+  void setX11Title(void* surface, const char* title) const;
   SdlBackend() = default;
   std::optional<InputEvent> translate(const SDL_Event& event) const;
 

@@ -5,6 +5,8 @@
 #include <SDL.h>
 #include <SDL_syswm.h>
 
+#include <cstring>
+
 namespace winsys {
 
 unsigned long SdlBackend::x11WindowId(void* surface) const {
@@ -16,6 +18,24 @@ unsigned long SdlBackend::x11WindowId(void* surface) const {
   if (info.subsystem == SDL_SYSWM_X11) return info.info.x11.window;
 #endif
   return 0;
+}
+
+// SDL converts a title to the locale's encoding first and, under the C locale, leaves the UTF-8
+// name window managers show unchanged when the title is not ASCII: it is set here as well.
+void SdlBackend::setX11Title(void* surface, const char* title) const {
+  SDL_SysWMinfo info;
+  SDL_VERSION(&info.version);
+  auto* window = static_cast<SDL_Window*>(surface);
+  if (window == nullptr || SDL_GetWindowWMInfo(window, &info) != SDL_TRUE) return;
+#if defined(SDL_VIDEO_DRIVER_X11)
+  if (info.subsystem != SDL_SYSWM_X11) return;
+  Display* display = info.info.x11.display;
+  XChangeProperty(display, info.info.x11.window, XInternAtom(display, "_NET_WM_NAME", False),
+                  XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(title),
+                  static_cast<int>(std::strlen(title)));
+  XFlush(display);
+#endif
 }
 
 }  // namespace winsys

@@ -264,6 +264,9 @@ void WindowSystem::setParent(Window* window, Window* parent) {
 
 void WindowSystem::setText(Window* window, const std::string& text) {
   window->text = text;
+  if (window->surface != nullptr && window->surface->native != nullptr) {
+    backend_->setSurfaceTitle(window->surface->native, text.c_str());
+  }
   invalidate(window, nullptr);
 }
 

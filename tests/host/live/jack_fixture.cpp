@@ -100,11 +100,13 @@ void JackServer::kill() {
 }
 
 LiveProgram::LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
-                         std::vector<std::string> args)
+                         std::vector<std::string> args, std::vector<std::string> command)
     : outPath_(dir + "/live.out"), errPath_(dir + "/live.err") {
   int fds[2];
   if (pipe(fds) != 0) throw std::runtime_error("no pipe");
-  std::vector<std::string> argv{exe, "live", "--server", server};
+  std::vector<std::string> argv{exe};
+  argv.insert(argv.end(), command.begin(), command.end());
+  argv.insert(argv.end(), {"--server", server});
   argv.insert(argv.end(), args.begin(), args.end());
   pid_ = spawn(argv, fds[0], outPath_, errPath_);
   close(fds[0]);

@@ -34,11 +34,12 @@ class JackServer {
   bool running_ = false;
 };
 
-// `spatiola live ARGS --server NAME`; standard output and error go to files next to `dir`.
+// `spatiola COMMAND --server NAME ARGS` (COMMAND: `live`, or `edit --jack`); standard output and
+// error go to files in `dir`.
 class LiveProgram {
  public:
   LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
-              std::vector<std::string> args);
+              std::vector<std::string> args, std::vector<std::string> command = {"live"});
   ~LiveProgram();  // quits, then kills it if it does not end
   LiveProgram(const LiveProgram&) = delete;
   LiveProgram& operator=(const LiveProgram&) = delete;

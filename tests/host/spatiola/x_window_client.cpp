@@ -29,13 +29,30 @@ unsigned long XWindowClient::find(const std::string& title) const {
       char* name = nullptr;
       if (attributes.map_state == IsViewable && XFetchName(d, children[i], &name) &&
           name != nullptr) {
-        if (title == name) found = children[i];
+        if (std::string(name).starts_with(title)) found = children[i];
         XFree(name);
       }
     }
     if (children != nullptr) XFree(children);
   }
   return found;
+}
+
+std::string XWindowClient::title(unsigned long window) const {
+  Display* d = display(display_);
+  Atom type = 0;
+  int format = 0;
+  unsigned long items = 0, after = 0;
+  unsigned char* data = nullptr;
+  std::string text;
+  if (XGetWindowProperty(d, window, XInternAtom(d, "_NET_WM_NAME", False), 0, 1024, False,
+                         XInternAtom(d, "UTF8_STRING", False), &type, &format, &items, &after,
+                         &data) == Success &&
+      data != nullptr) {
+    text.assign(reinterpret_cast<const char*>(data), items);
+    XFree(data);
+  }
+  return text;
 }
 
 std::pair<int, int> XWindowClient::size(unsigned long window) const {
