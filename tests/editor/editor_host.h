@@ -1,6 +1,7 @@
 // The plug-in's editor in the host's headless window system, in one process: the window layer and
 // the host functions bound as the host binds them, an instance made through VSTPluginMain, its
-// editor opened in a host frame, and every automation report kept.
+// editor opened in a host frame, every automation report kept, and the controls operated as a user
+// does: clicks, keys and combo choices.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,26 +11,27 @@
 #include <vector>
 
 #include "editor/control_list.h"
+#include "editor/editor_dialog.h"
 #include "host/services/host_function_table.h"
 #include "host/services/window_table.h"
+#include "host/window/accelerators.h"
 #include "host/window/backend/headless_backend.h"
 #include "host/window/controls/host_controls.h"
 #include "host/window/core/window_system.h"
 #include "host/window/driver/window_driver.h"
+#include "model/counts.h"
+#include "model/field_table.h"
 #include "model/panner_plugin.h"
 #include "platform/host_functions.h"
 #include "plugin/plugin_entry.h"
 #include "plugin/window_layer.h"
+#include "tests/editor/host_reports.h"
 
 extern "C" AEffect* VSTPluginMain(audioMasterCallback callback) noexcept;
 
-// One call the plug-in made to report an edit: audioMasterAutomate or audioMasterEndEdit.
-struct Report {
-  std::int32_t opcode;
-  std::int32_t index;
-  float value;
-  bool operator==(const Report&) const = default;
-};
+using winsys::kModAlt;
+using winsys::kModControl;
+using winsys::kModShift;
 
 class EditorHost {
  public:
@@ -100,6 +102,36 @@ class EditorHost {
   }
   int selection(int id) const { return static_cast<int>(send(id, CB_GETCURSEL)); }
 
+  InputChannel& input(int i) const { return plugin().model.inputs[i]; }
+  Speaker& speaker(int s) const { return plugin().model.speakers[s]; }
+  void click(int id, unsigned modifiers = 0) { driver->click(item(id), modifiers); }
+  // A key to the control, which takes the focus first.
+  void key(int id, int virtualKey, unsigned modifiers = 0) {
+    system->setFocus(system->find(item(id)));
+    driver->key(virtualKey, modifiers);
+  }
+  void choose(int comboId, int index) {
+    ASSERT_TRUE(driver->chooseComboItem(item(comboId), index));
+  }
+  // Replaces the edit's text by typing, as a user who selected it all.
+  void typeInto(int id, const std::string& text) {
+    system->setFocus(system->find(item(id)));
+    send(id, EM_SETSEL, 0, -1);
+    driver->type(text);
+  }
+  // A click in the middle of a name row.
+  POINT nameRow(Strip strip, int row) const {
+    const StripGeometry g{plugin().view.viewScale};
+    return {g.namesX(strip) + g.namesWidth() / 2,
+            g.namesTop() + row * g.rowHeight() + g.rowHeight() / 2};
+  }
+  void clickName(Strip strip, int row, unsigned modifiers = 0) {
+    driver->click(dialog, nameRow(strip, row), modifiers);
+  }
+  void doubleClickName(Strip strip, int row) { driver->doubleClick(dialog, nameRow(strip, row)); }
+  static Report automate(int index, float value) { return {audioMasterAutomate, index, value}; }
+  static Report end(int index) { return endEdit(index); }
+
   std::vector<Report> reports;
   winsys::HeadlessBackend* backend = nullptr;
   std::unique_ptr<winsys::WindowSystem> system;
@@ -125,4 +157,17 @@ class EditorHost {
 
   int channels_;
   static inline EditorHost* current_ = nullptr;
+};
+
+// The editor of `inputs` channels and a user setup of `speakers`, open and refreshed once, with the
+// host's keyboard hooks routed.
+class BehaviourHost : public EditorHost {
+ public:
+  BehaviourHost(int inputs, int speakers) : EditorHost(inputs) {
+    system->setAcceleratorSource(registeredAccelerators);
+    setSpeakerCount(plugin(), speakers);
+    open();
+    tick();
+    reports.clear();
+  }
 };

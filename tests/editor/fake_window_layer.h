@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/daub.h"
 #include "plugin/window_layer.h"
 
 namespace fake_window {
@@ -88,6 +89,17 @@ struct Fakes {
     return answer<BOOL>(1, "InvalidateRect %s %s %d", is(window == kEditorItem, "view"),
                         rect ? "part" : "all", erase);
   }
+  // The info label of the editor (kParent): "kill 10", "text 1287 50%R", "timer 10 2000".
+  static const char* where(HWND window) { return window == kParent ? "" : "elsewhere "; }
+  static BOOL killTimer(HWND window, UINT_PTR id) {
+    return answer<BOOL>(1, "%skill %lu", where(window), static_cast<unsigned long>(id));
+  }
+  static BOOL setDlgItemText(HWND window, int item, const char* text) {
+    return answer<BOOL>(1, "%stext %d %s", where(window), item, text);
+  }
+  static UINT_PTR setTimer(HWND window, UINT_PTR id, UINT elapseMs, TIMERPROC) {
+    return answer(id, "%stimer %lu %u", where(window), static_cast<unsigned long>(id), elapseMs);
+  }
 };
 
 inline std::vector<PlaskId> boundIds;
@@ -124,6 +136,9 @@ inline void install() {
   bind<P::SendMessage>(&Fakes::sendMessage);
   bind<P::GetDlgItem>(&Fakes::getDlgItem);
   bind<P::InvalidateRect>(&Fakes::invalidateRect);
+  bind<P::KillTimer>(&Fakes::killTimer);
+  bind<P::SetDlgItemText>(&Fakes::setDlgItemText);
+  bind<P::SetTimer>(&Fakes::setTimer);
 }
 
 // Unbinds the fakes, leaving other slots as the test bound them.
@@ -131,5 +146,33 @@ inline void uninstall() {
   for (PlaskId id : boundIds) plaskSlots[static_cast<int>(id)] = nullptr;
   boundIds.clear();
 }
+
+// A host bitmap drawn through kBitmapDc that keeps the scale it was advised and draws text at it.
+class FakeBitmap final : public DAUB_IBitmap {
+ public:
+  FakeBitmap(int w, int h, int scale256 = 0) : width(w), height(h), advisedScale(scale256) {}
+  int getWidth() override { return width; }
+  int getHeight() override { return height; }
+  bool resize(int w, int h) override {
+    width = w;
+    height = h;
+    return true;
+  }
+  HDC getDC() override { return kBitmapDc; }
+  std::intptr_t Extended(int code, void* data) override {
+    if (code == DAUB_EXT_SET_ADVISORY_SCALE) advisedScale = *static_cast<int*>(data);
+    const bool read = code == DAUB_EXT_GET_ADVISORY_SCALE || code == DAUB_EXT_GET_EFFECTIVE_SCALE;
+    return read ? advisedScale : 0;
+  }
+  int width, height, advisedScale;
+};
+
+// The fakes bound for the scope's lifetime.
+struct Installed {
+  Installed() { install(); }
+  ~Installed() { uninstall(); }
+  Installed(const Installed&) = delete;
+  Installed& operator=(const Installed&) = delete;
+};
 
 }  // namespace fake_window

@@ -1,6 +1,5 @@
 // A room on a 200 x 200 view for the mouse-editing tests: zoom 0.5 gives 100 pixels per unit
-// around the centre (100, 100) and the border limit L = 0.96. Also modifier keys held on demand and
-// a window layer that records what reaches the editor's info label.
+// around the centre (100, 100) and the border limit L = 0.96. Also modifier keys held on demand.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,9 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "editor/view/space_mouse.h"
 #include "model/counts.h"
 #include "model/layouts.h"
 #include "plugin/window_layer.h"
+#include "tests/editor/fake_window_layer.h"
+#include "tests/editor/host_reports.h"
 #include "tests/model/model_fixture.h"
 
 constexpr int kViewSize = 200;
@@ -33,44 +35,6 @@ class HeldKeys {
 
  private:
   static inline std::array<bool, 3> held_{};
-};
-
-// One call of the window layer about the info label: "kill 10", "text 1287 50%R", "timer 10 2000".
-class InfoLabelRecorder {
- public:
-  InfoLabelRecorder() {
-    calls_.clear();
-    slot(PlaskId::KillTimer) = reinterpret_cast<PlaskGenericFn>(&killTimer);
-    slot(PlaskId::SetDlgItemText) = reinterpret_cast<PlaskGenericFn>(&setText);
-    slot(PlaskId::SetTimer) = reinterpret_cast<PlaskGenericFn>(&setTimer);
-  }
-  ~InfoLabelRecorder() {
-    for (PlaskId id : {PlaskId::KillTimer, PlaskId::SetDlgItemText, PlaskId::SetTimer}) {
-      slot(id) = nullptr;
-    }
-  }
-  InfoLabelRecorder(const InfoLabelRecorder&) = delete;
-  InfoLabelRecorder& operator=(const InfoLabelRecorder&) = delete;
-  const std::vector<std::string>& calls() const { return calls_; }
-  static HWND editor() { return reinterpret_cast<HWND>(0x5150); }
-
- private:
-  static PlaskGenericFn& slot(PlaskId id) { return plaskSlots[static_cast<int>(id)]; }
-  static int record(HWND window, std::string call) {
-    calls_.push_back(window == editor() ? call : "elsewhere");
-    return 1;
-  }
-  static BOOL killTimer(HWND window, UINT_PTR id) {
-    return record(window, "kill " + std::to_string(id));
-  }
-  static BOOL setText(HWND window, int item, const char* text) {
-    return record(window, "text " + std::to_string(item) + " " + text);
-  }
-  static UINT_PTR setTimer(HWND window, UINT_PTR id, UINT elapseMs, TIMERPROC) {
-    record(window, "timer " + std::to_string(id) + " " + std::to_string(elapseMs));
-    return id;
-  }
-  static inline std::vector<std::string> calls_;
 };
 
 struct Place {
@@ -105,6 +69,23 @@ inline std::unique_ptr<PannerPlugin> makeUserSetup(const std::vector<Place>& spe
   return plugin;
 }
 
+constexpr double kPlaceTolerance = 1e-9;
+
+inline void expectPlace(const InputChannel& input, const Place& place,
+                        const std::string& what = "") {
+  EXPECT_NEAR(input.x, place.x, kPlaceTolerance) << what;
+  EXPECT_NEAR(input.y, place.y, kPlaceTolerance) << what;
+  EXPECT_NEAR(input.z, place.z, kPlaceTolerance) << what;
+}
+
+// A button down and a drag step in the editor's view.
+inline bool grab(PannerPlugin& plugin, int x, int y) {
+  return hitTestAndGrab(plugin, x, y, kViewSize, kViewSize, false);
+}
+inline bool drag(PannerPlugin& plugin, int x, int y) {
+  return dragTo(plugin, x, y, kViewSize, kViewSize);
+}
+
 inline void selectInputs(PannerPlugin& plugin, const std::vector<int>& indexes) {
   for (int i : indexes) plugin.model.inputs[i].selected = 1;
 }
@@ -117,20 +98,6 @@ inline std::vector<int> selectedInputs(const PannerPlugin& plugin) {
   return selected;
 }
 
-// The host calls as (opcode, index, value) with automation values; end-of-edit calls carry 0.
-struct Report {
-  std::int32_t opcode, index;
-  float value;
-  // Positions reached by sums of pixel steps differ from the written decimals in the last bits.
-  bool operator==(const Report& other) const {
-    return opcode == other.opcode && index == other.index && std::fabs(value - other.value) < 1e-6f;
-  }
-};
-
-inline void PrintTo(const Report& report, std::ostream* out) {
-  *out << "{" << report.opcode << ", " << report.index << ", " << report.value << "}";
-}
-
 inline std::vector<Report> reportsOf(const RecordingHost& host) {
   std::vector<Report> reports;
   for (const HostCall& call : host.calls()) {
@@ -141,8 +108,4 @@ inline std::vector<Report> reportsOf(const RecordingHost& host) {
 
 inline Report automate(int index, double coordinate) {
   return {audioMasterAutomate, index, static_cast<float>((coordinate + 1.0) * 0.5)};
-}
-
-inline Report endEdit(int index) {
-  return {audioMasterEndEdit, index, 0.0f};
 }

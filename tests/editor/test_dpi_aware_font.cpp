@@ -8,6 +8,7 @@
 #include "editor/view/dpi_aware_font.h"
 #include "plugin/host_api.h"
 #include "plugin/window_layer.h"
+#include "tests/editor/fake_window_layer.h"
 
 namespace {
 
@@ -59,22 +60,6 @@ class FakeHostFont final : public DAUB_IFont {
   UINT lastDrawFlags = 0;
 };
 
-// A bitmap that only answers its effective scale.
-class ScaleOnlyBitmap final : public DAUB_IBitmap {
- public:
-  explicit ScaleOnlyBitmap(int scale256) : scale256_(scale256) {}
-  int getWidth() override { return 10; }
-  int getHeight() override { return 10; }
-  bool resize(int, int) override { return false; }
-  HDC getDC() override { return nullptr; }
-  std::intptr_t Extended(int code, void*) override {
-    return code == DAUB_EXT_GET_EFFECTIVE_SCALE ? scale256_ : 0;
-  }
-
- private:
-  int scale256_;
-};
-
 DAUB_IFont* makeFakeFont() {
   return new FakeHostFont();
 }
@@ -104,7 +89,7 @@ class DpiAwareFont : public ::testing::Test {
   }
 
   FakeHostFont* drawAt(int scale256, UINT flags = DT_SINGLELINE) {
-    ScaleOnlyBitmap bitmap(scale256);
+    fake_window::FakeBitmap bitmap(10, 10, scale256);
     RECT box{0, 0, 10, 10};
     font->DrawText(&bitmap, "A", -1, &box, flags);
     return static_cast<FakeHostFont*>(font->realizeForBitmap(&bitmap));
@@ -185,7 +170,7 @@ TEST_F(DpiAwareFont, ChangedHostFlagsReRealizeTheSizesInUse) {
 
 TEST_F(DpiAwareFont, WithoutHostFontsNothingIsDrawnAndLinesAreTenHigh) {
   hostApi.DAUB_CreateFont = nullptr;
-  ScaleOnlyBitmap bitmap(256);
+  fake_window::FakeBitmap bitmap(10, 10, 256);
   RECT box{0, 0, 10, 10};
   EXPECT_EQ(font->DrawText(&bitmap, "A", -1, &box, DT_SINGLELINE), 0);
   EXPECT_EQ(font->GetLineHeight(), 10);

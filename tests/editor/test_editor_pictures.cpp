@@ -4,9 +4,8 @@
 // and review the new files before committing. A mismatch leaves <name>.actual.png in the test's
 // working directory.
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <numbers>
+#include <utility>
 
 #include "editor/view/space_projection.h"
 #include "host/graphics/bitmap.h"
@@ -71,58 +70,33 @@ TEST(EditorPictures, MatchTheReferences) {
   }
 }
 
-// One mouse message of the inline view, at (x, y) of a view w x h.
-void inlineMouse(EditorHost& host, int message, POINT p, int w, int h) {
-  unsigned char block[40] = {};
-  const std::int32_t fields[5] = {w, h, p.x, p.y, 0};
-  std::memcpy(block + 20, fields, sizeof fields);
-  host.effect->dispatcher(host.effect, effVendorSpecific, effEditDraw, 0, block,
-                          static_cast<float>(message));
-}
-
-// A group drag in the editor's space view reports exactly what the same drag through the inline
-// view reports; a double click then puts the input back at the centre.
-TEST(EditorSpaceView, DragReportsWhatTheInlineViewReports) {
-  constexpr int kSteps = 5;
-  std::vector<Report> inEditor;
-  POINT from{};
-  POINT to{};
-  RECT view{};
-  {
-    EditorHost host(3);
-    host.open();
-    host.tick();
-    const HWND space = host.item(item::kSpaceView);
-    view = host.system->find(space)->clientRect();
-    PannerPlugin& p = host.plugin();
-    p.model.inputs[0].selected = 1;
-    p.model.inputs[1].selected = 1;
-    const ViewGeometry geometry = viewGeometry(p, view.right, view.bottom);
-    const ViewPoint grab = projectInput(geometry, p, p.model.inputs[1]).raised;
-    from = {grab.x, grab.y};
-    to = {from.x + 60, from.y - 45};
-    host.driver->drag(space, from, to, 0, kSteps);
-    inEditor = host.reports;
-    host.reports.clear();
-    const double otherX = p.model.inputs[0].x;
-    host.driver->doubleClick(space, to);
-    EXPECT_EQ(std::make_pair(p.model.inputs[1].x, p.model.inputs[1].y), std::make_pair(0.0, 0.0));
-    EXPECT_EQ(p.model.inputs[0].x, otherX)
-        << "its first click left the grabbed input selected alone";
-    EXPECT_EQ(host.reports.size(), 4u) << "x and y, each ended";
-  }
+// A group drag in the editor's space view: the grabbed input follows the mouse, the other moves
+// with it, every step is reported; a double click then puts the input back at the centre.
+TEST(EditorSpaceView, DragMovesTheGroupWithTheMouseAndADoubleClickResets) {
   EditorHost host(3);
-  host.plugin().model.inputs[0].selected = 1;
-  host.plugin().model.inputs[1].selected = 1;
-  inlineMouse(host, WM_LBUTTONDOWN, from, view.right, view.bottom);
-  for (int i = 1; i <= kSteps; ++i) {
-    const POINT step{from.x + (to.x - from.x) * i / kSteps, from.y + (to.y - from.y) * i / kSteps};
-    inlineMouse(host, WM_MOUSEMOVE, step, view.right, view.bottom);
-  }
-  inlineMouse(host, WM_MOUSEMOVE, to, view.right, view.bottom);
-  inlineMouse(host, WM_LBUTTONUP, to, view.right, view.bottom);
-  ASSERT_GT(inEditor.size(), 2u * 3 * kSteps);
-  EXPECT_EQ(inEditor, host.reports);
+  host.open();
+  host.tick();
+  const HWND space = host.item(item::kSpaceView);
+  const RECT view = host.system->find(space)->clientRect();
+  PannerPlugin& p = host.plugin();
+  p.model.inputs[0].selected = p.model.inputs[1].selected = 1;
+  const ViewGeometry geometry = viewGeometry(p, view.right, view.bottom);
+  const auto at = [&](int i) { return projectInput(geometry, p, p.model.inputs[i]).raised; };
+  const ViewPoint grab = at(1);
+  const ViewPoint other = at(0);
+  host.driver->drag(space, {grab.x, grab.y}, {grab.x + 60, grab.y - 45}, 0, 5);
+  EXPECT_NEAR(at(1).x, grab.x + 60, 1);
+  EXPECT_NEAR(at(1).y, grab.y - 45, 1);
+  EXPECT_NEAR(at(0).x, other.x + 60, 1);
+  EXPECT_NEAR(at(0).y, other.y - 45, 1);
+  EXPECT_GT(host.reports.size(), 2u * 3 * 5) << "x, y and z of both inputs at each step";
+  EXPECT_EQ(host.reports.back().opcode, audioMasterEndEdit);
+  host.reports.clear();
+  const double otherX = p.model.inputs[0].x;
+  host.driver->doubleClick(space, {grab.x + 60, grab.y - 45});
+  EXPECT_EQ(std::make_pair(p.model.inputs[1].x, p.model.inputs[1].y), std::make_pair(0.0, 0.0));
+  EXPECT_EQ(p.model.inputs[0].x, otherX) << "its first click left the grabbed input selected alone";
+  EXPECT_EQ(host.reports.size(), 4u) << "x and y, each ended";
 }
 
 }  // namespace

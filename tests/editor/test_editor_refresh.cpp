@@ -1,5 +1,5 @@
-// What the editor's controls show after a state block is loaded, walking the control list; the
-// centre trim's texts; the names of the speaker strip.
+// What the editor's controls show after a state block is loaded, walking the control list, and that
+// no refresh counts as an edit; the centre trim's texts; the names of the speaker strip.
 #include <cmath>
 #include <map>
 
@@ -18,13 +18,9 @@ int faderAt(double linear) {
   return static_cast<int>(std::lround(dbToFaderPosition(levelDb)));
 }
 
-std::string onOff(bool on) {
-  return on ? "1" : "0";
-}
-
 // One control's state as the window system holds it, in a few words.
 std::string describe(const EditorHost& host, const EditorControl& c) {
-  const std::string enabled = " enabled " + onOff(host.enabled(c.id));
+  const std::string enabled = host.enabled(c.id) ? " enabled 1" : " enabled 0";
   switch (c.cls) {
     case ControlClass::Edit:
       return "text " + host.text(c.id) + enabled;
@@ -149,6 +145,10 @@ TEST(EditorRefresh, EveryControlShowsTheLoadedState) {
   }
   EXPECT_EQ(checked, expected.size());
   EXPECT_EQ(host.plugin().editor.groupKnobModes[2], 14) << "clamped to the last mode";
+  host.tick(1000);  // past the typed-edit delay: the trim's "-6.0" is not read back as an edit
+  EXPECT_EQ(host.reports, std::vector<Report>{});
+  EXPECT_EQ(host.plugin().model.centerTrim, 0.5);
+  EXPECT_EQ(host.plugin().inputCount(), 20);
 }
 
 TEST(EditorRefresh, CentreTrimShowsDecibelsOrMinusInfinity) {

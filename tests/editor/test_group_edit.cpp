@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr double kTolerance = 1e-9;
 constexpr Place kBystander{0.1, 0.2, 0.3};  // an input that is never selected
 
 static_assert(groupKnobDelta(0x8000, false, false) == 0.0);
@@ -41,12 +40,6 @@ std::unique_ptr<PannerPlugin> makeGroup(const std::vector<Member>& members, doub
     plugin->model.inputs[static_cast<int>(i)].reverse = members[i].reverse ? 1 : 0;
   }
   return plugin;
-}
-
-void expectPlace(const InputChannel& input, const Place& place, const std::string& what) {
-  EXPECT_NEAR(input.x, place.x, kTolerance) << what;
-  EXPECT_NEAR(input.y, place.y, kTolerance) << what;
-  EXPECT_NEAR(input.z, place.z, kTolerance) << what;
 }
 
 TEST(GroupKnob, MovesTheSelectionAsOneWithinTheBorder) {
@@ -116,7 +109,7 @@ TEST(GroupKnob, DiffusionClampsLevelAndBiasAndWrapsTheRotation) {
     double& value = plugin->model.inputs[0].*fields[c.mode - kGroupDiffusionLevel];
     value = c.before;
     groupKnob(*plugin, c.mode, 0.1, false);
-    EXPECT_NEAR(value, c.after, kTolerance) << c.mode << " " << c.before;
+    EXPECT_NEAR(value, c.after, kPlaceTolerance) << c.mode << " " << c.before;
   }
 }
 
@@ -153,9 +146,9 @@ TEST(GroupResetAndInvert, ChangeEachModesFieldsWhateverTheReverse) {
       const Values& want = invert ? c.invert : c.reset;
       const std::string what = (invert ? "invert " : "reset ") + std::to_string(c.mode);
       expectPlace(input, {want.x, want.y, want.z}, what);
-      EXPECT_NEAR(input.diffuse, want.diffuse, kTolerance) << what;
-      EXPECT_NEAR(input.diffuseBias, want.bias, kTolerance) << what;
-      EXPECT_NEAR(input.diffuseAngle, want.angle, kTolerance) << what;
+      EXPECT_NEAR(input.diffuse, want.diffuse, kPlaceTolerance) << what;
+      EXPECT_NEAR(input.diffuseBias, want.bias, kPlaceTolerance) << what;
+      EXPECT_NEAR(input.diffuseAngle, want.angle, kPlaceTolerance) << what;
       expectPlace(plugin->model.inputs[1], kBystander, what);
     }
   }
@@ -170,7 +163,7 @@ std::unique_ptr<PannerPlugin> makeReportRoom(const std::vector<int>& selected) {
     plugin->model.inputs[i].diffuseAngle = 0.3;
   }
   selectInputs(*plugin, selected);
-  plugin->host.editorWindow = InfoLabelRecorder::editor();
+  plugin->host.editorWindow = fake_window::kParent;
   return plugin;
 }
 
@@ -208,11 +201,11 @@ TEST(GroupEditReports, TheEditedParametersThenTheReadoutOfTheOnlySelectedInput) 
   };
   for (const auto& c : cases) {
     auto plugin = makeReportRoom(c.selected);
-    const InfoLabelRecorder label;
+    const fake_window::Installed label;
     RecordingHost host;
     c.edit(*plugin);
     EXPECT_EQ(reportsOf(host), c.reports) << c.what;
-    EXPECT_EQ(label.calls(), c.label) << c.what;
+    EXPECT_EQ(fake_window::calls, c.label) << c.what;
     std::uint64_t rows = 0;
     for (const int i : c.selected) rows |= std::uint64_t{1} << i;
     EXPECT_EQ(plugin->model.dirtyInputs, rows) << c.what;
@@ -223,14 +216,14 @@ TEST(GroupEditReports, TheEditedParametersThenTheReadoutOfTheOnlySelectedInput) 
 TEST(GroupEditReports, WithNothingSelectedNothingMovesOrIsReportedAndTheReadoutClears) {
   auto plugin = makeReportRoom({});
   for (const int mode : {0, 3, 5, 6, 9, 10}) {
-    const InfoLabelRecorder label;
+    const fake_window::Installed label;
     RecordingHost host;
     groupKnob(*plugin, mode, 0.1, true);
     groupReset(*plugin, mode);
     groupInvert(*plugin, mode);
     EXPECT_TRUE(host.calls().empty()) << mode;
-    EXPECT_EQ(label.calls(), (std::vector<std::string>{"kill 10", "text 1287 ", "kill 10",
-                                                       "text 1287 ", "kill 10", "text 1287 "}))
+    EXPECT_EQ(fake_window::calls, (std::vector<std::string>{"kill 10", "text 1287 ", "kill 10",
+                                                            "text 1287 ", "kill 10", "text 1287 "}))
         << mode;
   }
   expectPlace(plugin->model.inputs[0], {0.2, 0.4, 0.0}, "input 0");
@@ -239,9 +232,9 @@ TEST(GroupEditReports, WithNothingSelectedNothingMovesOrIsReportedAndTheReadoutC
   EXPECT_EQ(plugin->model.dirtyInputs, 0u);
   EXPECT_EQ(plugin->model.changeFlags.load(), kChangeInputs);
   plugin->host.editorWindow = nullptr;  // closed: the label is not touched
-  const InfoLabelRecorder label;
+  const fake_window::Installed label;
   groupKnob(*plugin, 0, 0.1, true);
-  EXPECT_TRUE(label.calls().empty());
+  EXPECT_TRUE(fake_window::calls.empty());
 }
 
 }  // namespace

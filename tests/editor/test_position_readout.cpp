@@ -26,39 +26,27 @@ TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
   }
 }
 
-class PositionReadout : public ::testing::Test {
- protected:
-  void SetUp() override {
-    plugin_->model.inputs[0].x = -0.25;
-    plugin_->model.inputs[0].y = 0.0;
-    plugin_->model.spaceScaleX = 2.0;  // the readout shows model values, not the scaled room
-    plugin_->host.editorWindow = InfoLabelRecorder::editor();
-  }
-  std::unique_ptr<PannerPlugin> plugin_ = makeUserSetup({{0.5, 0.0, 0.25}});
-  InfoLabelRecorder label_;
-};
-
-TEST_F(PositionReadout, InputFirstThenSpeaker) {
-  showPositionReadout(*plugin_, 0, 0);
-  showPositionReadout(*plugin_, -1, 0);
-  EXPECT_EQ(label_.calls(),
+// The model's values, not the scaled room's; an empty text clears the label and starts no timer;
+// nothing while the editor is closed.
+TEST(PositionReadout, ShowsAnInputOrASpeakerWhileTheEditorIsOpen) {
+  auto plugin = makeUserSetup({{0.5, 0.0, 0.25}});
+  plugin->model.inputs[0].x = -0.25;
+  plugin->model.inputs[0].y = 0.0;
+  plugin->model.spaceScaleX = 2.0;
+  plugin->host.editorWindow = fake_window::kParent;
+  const fake_window::Installed label;
+  showPositionReadout(*plugin, 0, 0);
+  showPositionReadout(*plugin, -1, 0);
+  showPositionReadout(*plugin, 1, -1);  // past the inputs
+  EXPECT_EQ(fake_window::calls,
             (std::vector<std::string>{"kill 10", "text 1287 25%L", "timer 10 2000", "kill 10",
-                                      "text 1287 50%R  25%H  (27 deg)", "timer 10 2000"}));
-}
-
-TEST_F(PositionReadout, EmptyTextClearsTheLabelAndStartsNoTimer) {
-  showPositionReadout(*plugin_, 1, -1);  // past the inputs
-  plugin_->model.inputs[0].x = 0.0;
-  showPositionReadout(*plugin_, 0, -1);  // at the centre
-  EXPECT_EQ(label_.calls(),
-            (std::vector<std::string>{"kill 10", "text 1287 ", "kill 10", "text 1287 "}));
-}
-
-TEST_F(PositionReadout, NothingWhileTheEditorIsClosed) {
-  plugin_->host.editorWindow = nullptr;
-  showPositionReadout(*plugin_, 0, -1);
-  setInfoText(*plugin_, "text");
-  EXPECT_TRUE(label_.calls().empty());
+                                      "text 1287 50%R  25%H  (27 deg)", "timer 10 2000", "kill 10",
+                                      "text 1287 "}));
+  fake_window::calls.clear();
+  plugin->host.editorWindow = nullptr;
+  showPositionReadout(*plugin, 0, -1);
+  setInfoText(*plugin, "text");
+  EXPECT_TRUE(fake_window::calls.empty());
 }
 
 }  // namespace

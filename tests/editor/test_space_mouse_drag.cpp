@@ -1,27 +1,18 @@
 // Drag steps in the space view: inputs as a rigid group, mirrored by `reverse`, stopped at the
 // border; height with Alt; speakers in a user setup; the host's reports.
-#include "editor/view/space_mouse.h"
 #include "space_mouse_fixture.h"
 
 namespace {
-
-constexpr double kTolerance = 1e-9;
-
-void expectPlace(const InputChannel& input, const Place& place, const char* what = "") {
-  EXPECT_NEAR(input.x, place.x, kTolerance) << what;
-  EXPECT_NEAR(input.y, place.y, kTolerance) << what;
-  EXPECT_NEAR(input.z, place.z, kTolerance) << what;
-}
 
 TEST(DragInput, ShiftGrabJoinsTheSelectionAtTheFirstMoveAndReportsEachStep) {
   auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
   selectInputs(*plugin, {1});
   HeldKeys shift(true, false, false);
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 152, 48, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*plugin, 152, 48));
   EXPECT_EQ(selectedInputs(*plugin), std::vector<int>{1});
   plugin->model.changeFlags = 0;
   RecordingHost host;
-  EXPECT_TRUE(dragTo(*plugin, 162, 38, kViewSize, kViewSize));
+  EXPECT_TRUE(drag(*plugin, 162, 38));
   EXPECT_EQ(selectedInputs(*plugin), (std::vector<int>{0, 1}));
   expectPlace(plugin->model.inputs[0], {0.6, 0.6, 0.0});
   expectPlace(plugin->model.inputs[1], {-0.4, 0.1, 0.0});
@@ -51,8 +42,8 @@ TEST(DragInput, TheGroupMovesAsOneMirroringInputsOfTheOtherReverse) {
     selectInputs(*plugin, {0, 1, 2});
     HeldKeys keys(false, c.ctrl, false);
     const int grabX = c.grabbed == 0 ? 100 : 150;
-    ASSERT_TRUE(hitTestAndGrab(*plugin, grabX, 100, kViewSize, kViewSize, false));
-    EXPECT_TRUE(dragTo(*plugin, grabX + 10, 95, kViewSize, kViewSize));
+    ASSERT_TRUE(grab(*plugin, grabX, 100));
+    EXPECT_TRUE(drag(*plugin, grabX + 10, 95));
     for (int i = 0; i < 3; ++i) expectPlace(plugin->model.inputs[i], c.after[i], c.what);
   }
 }
@@ -78,10 +69,10 @@ TEST(DragInput, TheGroupStopsWhenOneMemberReachesTheBorder) {
     plugin->view.zoom = c.zoom;
     plugin->model.inputs[1].reverse = c.mirrored ? 1 : 0;
     selectInputs(*plugin, {0, 1});
-    ASSERT_TRUE(hitTestAndGrab(*plugin, 100, 100, kViewSize, kViewSize, false));
-    EXPECT_TRUE(dragTo(*plugin, 100 + c.dx, 100 - c.dy, kViewSize, kViewSize));
+    ASSERT_TRUE(grab(*plugin, 100, 100));
+    EXPECT_TRUE(drag(*plugin, 100 + c.dx, 100 - c.dy));
     RecordingHost host;
-    EXPECT_TRUE(dragTo(*plugin, 100 + 2 * c.dx, 100 - 2 * c.dy, kViewSize, kViewSize));
+    EXPECT_TRUE(drag(*plugin, 100 + 2 * c.dx, 100 - 2 * c.dy));
     expectPlace(plugin->model.inputs[0], c.firstAfter, c.what);
     expectPlace(plugin->model.inputs[1], c.secondAfter, c.what);
     expectPlace(plugin->model.inputs[2], {0.95, 0.95, 0.0}, c.what);
@@ -94,18 +85,18 @@ TEST(DragHeight, AltRaisesTheGroupToTheLimitAndReleasingAltResumesWithoutAJump) 
   plugin->model.inputs[1].reverse = 1;
   plugin->model.spaceScaleZ = 0.5;  // 0.1 in height is sy * 0.5 * 0.1 = 5 px
   selectInputs(*plugin, {0, 1});
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 100, 100, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*plugin, 100, 100));
   {
     HeldKeys alt(false, false, true);
-    EXPECT_TRUE(dragTo(*plugin, 103, 95, kViewSize, kViewSize));
+    EXPECT_TRUE(drag(*plugin, 103, 95));
     expectPlace(plugin->model.inputs[0], {0.0, 0.0, 0.1});
     expectPlace(plugin->model.inputs[1], {-0.5, 0.0, 0.8});  // mirrored: down
-    EXPECT_TRUE(dragTo(*plugin, 103, 105, kViewSize, kViewSize));
-    EXPECT_TRUE(dragTo(*plugin, 103, 115, kViewSize, kViewSize));
+    EXPECT_TRUE(drag(*plugin, 103, 105));
+    EXPECT_TRUE(drag(*plugin, 103, 115));
     expectPlace(plugin->model.inputs[1], {-0.5, 0.0, 0.96});  // stopped at the limit
     expectPlace(plugin->model.inputs[0], {0.0, 0.0, -0.06});
   }
-  EXPECT_TRUE(dragTo(*plugin, 113, 115, kViewSize, kViewSize));
+  EXPECT_TRUE(drag(*plugin, 113, 115));
   expectPlace(plugin->model.inputs[0], {0.1, 0.0, -0.06});
 }
 
@@ -113,37 +104,37 @@ TEST(DragSpeaker, MovesOneSpeakerInModelUnitsLimitedAfterTheRoomScale) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}, {-0.5, 0.5, 0.0}});
   plugin->model.spaceScaleX = 1.5;  // speaker 0 drawn at (175, 50)
   plugin->model.spaceScaleZ = 2.0;
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 175, 50, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*plugin, 175, 50));
   plugin->model.changeFlags = 0;
   RecordingHost host;
-  EXPECT_TRUE(dragTo(*plugin, 190, 40, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->model.speakers[0].x, 0.6, kTolerance);
-  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kTolerance);
+  EXPECT_TRUE(drag(*plugin, 190, 40));
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.6, kPlaceTolerance);
+  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kPlaceTolerance);
   EXPECT_EQ(plugin->model.speakers[1].x, -0.5);
   EXPECT_EQ(reportsOf(host),  // speaker 0's position parameters follow the input's
             (std::vector<Report>{automate(15, 0.6), automate(16, 0.6), automate(17, 0.0)}));
   EXPECT_EQ(plugin->model.dirtyInputs, 1u);
   EXPECT_EQ(plugin->model.changeFlags.load(), kChangeSpeakers);
-  EXPECT_TRUE(dragTo(*plugin, 260, 40, kViewSize, kViewSize));
-  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance) << "1.6 / 1.5 is past L";
+  EXPECT_TRUE(drag(*plugin, 260, 40));
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kPlaceTolerance) << "1.6 / 1.5 is past L";
   {
     HeldKeys alt(false, false, true);
-    EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));
-    EXPECT_NEAR(plugin->model.speakers[0].z, 0.1, kTolerance);
-    EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance);
+    EXPECT_TRUE(drag(*plugin, 260, 20));
+    EXPECT_NEAR(plugin->model.speakers[0].z, 0.1, kPlaceTolerance);
+    EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kPlaceTolerance);
   }
-  EXPECT_TRUE(dragTo(*plugin, 260, 20, kViewSize, kViewSize));  // Alt let go: no jump to the mouse
-  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kTolerance);
-  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kTolerance);
+  EXPECT_TRUE(drag(*plugin, 260, 20));  // Alt let go: no jump to the mouse
+  EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kPlaceTolerance);
+  EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kPlaceTolerance);
 }
 
 TEST(DragSpeaker, ASpeakerThatVanishedIsNeitherWrittenNorReported) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}, {-0.5, 0.5, 0.0}});
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 50, 50, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*plugin, 50, 50));
   ASSERT_EQ(plugin->view.dragSpeaker, 1);
   setSpeakerCount(*plugin, 1);
   RecordingHost host;
-  EXPECT_FALSE(dragTo(*plugin, 60, 50, kViewSize, kViewSize));
+  EXPECT_FALSE(drag(*plugin, 60, 50));
   finishDrag(*plugin);
   EXPECT_TRUE(host.calls().empty());
   EXPECT_EQ(plugin->view.dragSpeaker, -1);

@@ -1,5 +1,4 @@
 // Button down in the space view: what is grabbed, the hit size, the selection at the grab.
-#include "editor/view/space_mouse.h"
 #include "space_mouse_fixture.h"
 
 namespace {
@@ -34,7 +33,7 @@ TEST(Grab, LowerIndexWinsWhenDotsOverlapAndKeepsItsOffset) {
   // Input 1 sits exactly under the mouse, input 0 two pixels beside it.
   auto plugin = makeRoom({{0.52, 0.5, 0.0}, {0.5, 0.5, 0.0}});
   plugin->view.bandActive = 1;  // a stale rectangle is dropped by the new grab
-  EXPECT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
+  EXPECT_TRUE(grab(*plugin, 150, 50));
   EXPECT_EQ(plugin->view.dragInput, 0);
   EXPECT_EQ(plugin->view.grabOffsetX, 2);
   EXPECT_EQ(plugin->view.grabOffsetY, 0);
@@ -44,8 +43,8 @@ TEST(Grab, LowerIndexWinsWhenDotsOverlapAndKeepsItsOffset) {
 TEST(Grab, RaisedInputIsHitWhereItIsDrawnAndKeepsItsFloorOffset) {
   // z = 0.8 lifts the point by a fifth of its distance from the centre: (150, 50) -> (160, 40).
   auto plugin = makeRoom({{0.5, 0.5, 0.8}});
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 161, 39, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 150, 50));
+  ASSERT_TRUE(grab(*plugin, 161, 39));
   EXPECT_EQ(plugin->view.grabOffsetX, 150 - 161);
   EXPECT_EQ(plugin->view.grabOffsetY, 39 - 50);
 }
@@ -53,16 +52,16 @@ TEST(Grab, RaisedInputIsHitWhereItIsDrawnAndKeepsItsFloorOffset) {
 TEST(Grab, EmptyFloorDeselectsEverythingUnlessLocked) {
   auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}});
   selectInputs(*plugin, {0, 1});
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 100, 180));
   EXPECT_TRUE(selectedInputs(*plugin).empty());
   plugin->model.changeFlags = 0;
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 100, 180));
   EXPECT_EQ(plugin->model.changeFlags.load(), 0u) << "nothing was selected, nothing to redraw";
 
   selectInputs(*plugin, {1});
   plugin->editor.lockInputs = 1;
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 100, 180, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 150, 50));
+  EXPECT_FALSE(grab(*plugin, 100, 180));
   EXPECT_EQ(selectedInputs(*plugin), std::vector<int>{1});
 }
 
@@ -71,24 +70,24 @@ TEST(GrabSpeaker, OnlyInAUserSetupWhereTheRoomScaleDrawsIt) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}});
   plugin->model.speakers[0].isLfe = 1;
   plugin->model.spaceScaleX = 1.5;
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 177, 48, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 150, 50));
+  ASSERT_TRUE(grab(*plugin, 177, 48));
   EXPECT_EQ(plugin->view.dragSpeaker, 0);
   EXPECT_EQ(plugin->view.dragInput, -1);
   EXPECT_EQ(plugin->view.grabOffsetX, -2);
   EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeSpeakers);
   plugin->model.layoutPreset = 2;
-  EXPECT_FALSE(hitTestAndGrab(*plugin, 177, 48, kViewSize, kViewSize, false));
+  EXPECT_FALSE(grab(*plugin, 177, 48));
   EXPECT_EQ(plugin->view.dragSpeaker, -1);
 }
 
 TEST(GrabSpeaker, InputsComeFirstAndLockedInputsLetSpeakersThrough) {
   auto plugin = makeUserSetup({{-0.9, -0.9, 0.0}});  // on top of the input
-  EXPECT_TRUE(hitTestAndGrab(*plugin, 10, 190, kViewSize, kViewSize, false));
+  EXPECT_TRUE(grab(*plugin, 10, 190));
   EXPECT_EQ(plugin->view.dragInput, 0);
   EXPECT_EQ(plugin->view.dragSpeaker, -1);
   plugin->editor.lockInputs = 1;
-  EXPECT_TRUE(hitTestAndGrab(*plugin, 10, 190, kViewSize, kViewSize, false));
+  EXPECT_TRUE(grab(*plugin, 10, 190));
   EXPECT_EQ(plugin->view.dragInput, -1);
   EXPECT_EQ(plugin->view.dragSpeaker, 0);
 }

@@ -1,6 +1,5 @@
 // Button up and double click in the space view: click selection, end-of-edit reports, the
 // selection rectangle and the reset of the selected inputs.
-#include "editor/view/space_mouse.h"
 #include "space_mouse_fixture.h"
 
 namespace {
@@ -20,7 +19,7 @@ TEST(FinishDrag, AClickSelectsAtTheGrabOnlyAnUnselectedInputTheRestAtReleaseWith
     selectInputs(*plugin, c.before);
     HeldKeys keys(c.shift, c.ctrl, false);
     RecordingHost host;
-    ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
+    ASSERT_TRUE(grab(*plugin, 150, 50));
     EXPECT_EQ(selectedInputs(*plugin), c.atGrab) << c.what;
     EXPECT_EQ(plugin->model.changeFlags.load(), kChangeEditor | kChangeSpeakers) << c.what;
     plugin->model.changeFlags = 0;
@@ -35,9 +34,9 @@ TEST(FinishDrag, AWholeGestureReportsEachStepThenEndsEveryValue) {
   auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
   selectInputs(*plugin, {0, 2});
   RecordingHost host;
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  EXPECT_TRUE(dragTo(*plugin, 160, 50, kViewSize, kViewSize));
-  EXPECT_TRUE(dragTo(*plugin, 160, 40, kViewSize, kViewSize));
+  ASSERT_TRUE(grab(*plugin, 150, 50));
+  EXPECT_TRUE(drag(*plugin, 160, 50));
+  EXPECT_TRUE(drag(*plugin, 160, 40));
   finishDrag(*plugin);
   // Input 0's position parameters are 5, 6, 7; input 2's 25, 26, 27.
   const std::vector<Report> expected{
@@ -56,12 +55,12 @@ TEST(FinishDrag, AWholeGestureReportsEachStepThenEndsEveryValue) {
 TEST(FinishDrag, SpeakerEndsItsEditOnlyAfterMoving) {
   auto plugin = makeUserSetup({{0.5, 0.5, 0.0}});
   RecordingHost host;
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*plugin, 150, 50));
   finishDrag(*plugin);
   EXPECT_TRUE(host.calls().empty());
 
-  ASSERT_TRUE(hitTestAndGrab(*plugin, 150, 50, kViewSize, kViewSize, false));
-  EXPECT_TRUE(dragTo(*plugin, 130, 50, kViewSize, kViewSize));
+  ASSERT_TRUE(grab(*plugin, 150, 50));
+  EXPECT_TRUE(drag(*plugin, 130, 50));
   host.clear();
   finishDrag(*plugin);
   EXPECT_EQ(reportsOf(host), (std::vector<Report>{automate(15, 0.3), endEdit(15), automate(16, 0.5),
@@ -106,10 +105,10 @@ TEST(BandSelection, SelectsTheDotsInsideTheHalfOpenRectangle) {
 
 class ResetPositions : public ::testing::Test {
  protected:
-  void SetUp() override { plugin_->host.editorWindow = InfoLabelRecorder::editor(); }
+  void SetUp() override { plugin_->host.editorWindow = fake_window::kParent; }
   std::unique_ptr<PannerPlugin> plugin_ =
       makeRoom({{0.5, -0.25, 0.0}, {0.5, 0.5, 0.3}, {0.1, 0.1, 0.4}});
-  InfoLabelRecorder label_;
+  fake_window::Installed label_;
   RecordingHost host_;
 };
 
@@ -126,15 +125,15 @@ TEST_F(ResetPositions, RaisedInputsComeDownAndFloorInputsGoToTheCentre) {
                                  automate(7, 0.0), endEdit(7), automate(15, 0.5), endEdit(15),
                                  automate(16, 0.5), endEdit(16), automate(17, 0.0), endEdit(17)}));
   EXPECT_EQ(plugin_->model.dirtyInputs, 3u);
-  EXPECT_EQ(label_.calls(), (std::vector<std::string>{"kill 10", "text 1287 "}))
+  EXPECT_EQ(fake_window::calls, (std::vector<std::string>{"kill 10", "text 1287 "}))
       << "two inputs selected: the readout is emptied";
 }
 
 TEST_F(ResetPositions, FloorResetReportsXAndYAndOneSelectedInputIsShown) {
   selectInputs(*plugin_, {1});
   resetPositions(*plugin_);
-  EXPECT_EQ(label_.calls(), (std::vector<std::string>{"kill 10", "text 1287 50%R  50%F  (45 deg)",
-                                                      "timer 10 2000"}));
+  EXPECT_EQ(fake_window::calls, (std::vector<std::string>{
+                                    "kill 10", "text 1287 50%R  50%F  (45 deg)", "timer 10 2000"}));
   plugin_->model.inputs[1].selected = 0;
   plugin_->model.inputs[0].selected = 1;
   host_.clear();
@@ -152,7 +151,7 @@ TEST_F(ResetPositions, DoesNothingWhenLockedOrAlreadyAtTheCentre) {
   plugin_->editor.lockInputs = 1;
   resetPositions(*plugin_);
   EXPECT_TRUE(host_.calls().empty());
-  EXPECT_TRUE(label_.calls().empty());
+  EXPECT_TRUE(fake_window::calls.empty());
   EXPECT_EQ(plugin_->model.inputs[1].z, 0.3);
   EXPECT_EQ(plugin_->model.dirtyInputs, 0u);
   EXPECT_EQ(plugin_->model.changeFlags.load(), 0u);

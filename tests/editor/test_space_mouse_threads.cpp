@@ -3,7 +3,6 @@
 #include <atomic>
 #include <thread>
 
-#include "editor/view/space_mouse.h"
 #include "space_mouse_fixture.h"
 #include "tests/engine/engine_fixture.h"
 
@@ -31,10 +30,10 @@ TEST(SpaceMouseThreads, GainsFollowADragMadeWhileTheAudioThreadRuns) {
   std::thread audio([&] {
     while (running.load()) processOnce(*dragged);
   });
-  ASSERT_TRUE(hitTestAndGrab(*dragged, 100, 100, kViewSize, kViewSize, false));
+  ASSERT_TRUE(grab(*dragged, 100, 100));
   for (int step = 0; step < 300; ++step) {
     const int offset = (step * 7) % 80 - 40;
-    dragTo(*dragged, 100 + offset, 100 - offset / 2, kViewSize, kViewSize);
+    drag(*dragged, 100 + offset, 100 - offset / 2);
   }
   finishDrag(*dragged);
   running = false;
