@@ -15,6 +15,42 @@
 
 using namespace winsys;
 
+namespace {
+
+// Runs one command after the other, each when the one before has ended and the window system had
+// a moment to take its events.
+class Script {
+ public:
+  explicit Script(std::vector<std::vector<std::string>> steps) : steps_(std::move(steps)) {}
+  // Called from the event loop; true when every step has run.
+  bool advance(std::uint64_t nowMs) {
+    if (current_ != nullptr && !current_->finished()) return false;
+    if (current_ != nullptr) {
+      statuses_.push_back(current_->status());
+      current_.reset();
+      settledAt_ = nowMs + 150;
+    }
+    if (nowMs < settledAt_) return false;
+    if (next_ == steps_.size()) return true;
+    current_ = std::make_unique<ChildProcess>(steps_[next_++]);
+    return false;
+  }
+  const std::vector<int>& statuses() const { return statuses_; }
+
+ private:
+  std::vector<std::vector<std::string>> steps_;
+  std::size_t next_ = 0;
+  std::unique_ptr<ChildProcess> current_;
+  std::vector<int> statuses_;
+  std::uint64_t settledAt_ = 0;
+};
+
+std::string text(int value) {
+  return std::to_string(value);
+}
+
+}  // namespace
+
 TEST(SdlInX11, ClicksDragsAndTypingReachTheDialog) {
   XvfbServer server;
   std::string error;
@@ -30,34 +66,37 @@ TEST(SdlInX11, ClicksDragsAndTypingReachTheDialog) {
   system.show(system.find(dialog), true);
   system.paint();
   const auto control = [&](int id) { return findControl(system, dialog, id); };
+  const auto centre = [&](int id) {
+    const RECT r = windowRectIn(system, control(id), top);
+    return std::pair{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+  };
   const std::string window = std::to_string(backend.x11WindowId(system.find(top)->surface->native));
   ASSERT_NE(window, "0");
-  // The pointer moved onto a control's centre, `dx` to the right of it.
-  const auto moveTo = [&](int id, int dx = 0) {
-    const RECT r = windowRectIn(system, control(id), top);
-    return " mousemove --window " + window + " " + std::to_string((r.left + r.right) / 2 + dx) +
-           " " + std::to_string((r.top + r.bottom) / 2);
-  };
+  const auto [goX, goY] = centre(kGo);
+  const auto [faderX, faderY] = centre(kFader);
+  const auto [editX, editY] = centre(kEdit);
   const std::string dump = "x11_dialog.xwd";
-  // One xdotool chain with pauses in which the window system takes its events, then the screen.
-  ChildProcess script({"sh", "-c",
-                       "xdotool" + moveTo(kGo) + " click 1 sleep 0.15" + moveTo(kFader, -30) +
-                           " mousedown 1" + moveTo(kFader) + moveTo(kFader, 30) +
-                           " mouseup 1 sleep 0.15" + moveTo(kEdit) +
-                           " click 1 sleep 0.15 type --delay 30 'Ab 7' && sleep 0.15 && "
-                           "xwd -root -silent -out " +
-                           dump});
+  Script script({
+      {"xdotool", "mousemove", "--window", window, text(goX), text(goY), "click", "1"},
+      {"xdotool",    "mousemove",       "--window",   window,      text(faderX - 30),
+       text(faderY), "mousedown",       "1",          "mousemove", "--window",
+       window,       text(faderX),      text(faderY), "mousemove", "--window",
+       window,       text(faderX + 30), text(faderY), "mouseup",   "1"},
+      {"xdotool", "mousemove", "--window", window, text(editX), text(editY), "click", "1"},
+      {"xdotool", "type", "--delay", "30", "Ab 7"},
+      {"xwd", "-root", "-silent", "-out", dump},
+  });
   const std::uint64_t deadline = system.nowMs() + 30000;
   bool done = false;
   system.runUntilClosed(
       top,
       [&] {
-        done = script.finished();
+        done = script.advance(system.nowMs());
         if (done || system.nowMs() > deadline) system.requestQuit();
       },
       20);
   ASSERT_TRUE(done) << "the script did not finish in time";
-  EXPECT_EQ(script.status(), 0);
+  EXPECT_EQ(script.statuses(), (std::vector<int>{0, 0, 0, 0, 0}));
 
   // What the dialog procedure received.
   std::vector<int> clicks, scrolls, changes;
