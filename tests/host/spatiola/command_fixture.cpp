@@ -110,3 +110,19 @@ CommandResult CommandTest::spatiola(std::vector<std::string> args, const std::st
   args.insert(args.begin(), SPATIOLA_EXE);
   return runCommand(args, stdinPath);
 }
+
+std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from) {
+  for (std::int64_t f = from + 1; f < audio.frames; ++f) {
+    if (std::fabs(audio.at(f, channel) - audio.at(from, channel)) > 1e-7) return f;
+  }
+  return -1;
+}
+
+void expectMovesWithinTheirBlocks(const AudioData& out, const std::vector<std::int64_t>& moves,
+                                  std::int64_t period) {
+  for (const std::int64_t at : moves) {
+    const std::int64_t moved = firstChange(out, 0, at - period);
+    EXPECT_GE(moved, at);
+    EXPECT_LT(moved, at + period);
+  }
+}

@@ -51,6 +51,11 @@ struct AudioData {
 };
 
 AudioData readAudio(const std::string& path);
+// The first frame after `from` whose sample on `channel` differs from the one at `from` (-1: none).
+std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from);
+// Each move (a sample) changes channel 0 of `out` within the block of `period` frames it starts.
+void expectMovesWithinTheirBlocks(const AudioData& out, const std::vector<std::int64_t>& moves,
+                                  std::int64_t period);
 // Interleaved frames as a 32-bit float WAVE file.
 void writeAudio(const std::string& path, int channels, const std::vector<double>& samples,
                 int sampleRate = 48000);

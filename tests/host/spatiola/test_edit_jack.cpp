@@ -4,7 +4,6 @@
 // positions at the same samples; the headless window title.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -127,14 +126,6 @@ TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPortAndTheServersEndIsSaid) 
   EXPECT_EQ(edit.err().find(said, at + 1), std::string::npos) << "said once";
 }
 
-// The first sample after `from` that differs from it.
-std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from) {
-  for (std::int64_t f = from + 1; f < audio.frames; ++f) {
-    if (std::fabs(audio.at(f, channel) - audio.at(from, channel)) > 1e-7) return f;
-  }
-  return -1;
-}
-
 nlohmann::json firstInput(const CommandResult& sceneExport) {
   return nlohmann::json::parse(sceneExport.out)["inputs"][0];
 }
@@ -175,11 +166,7 @@ TEST_F(EditJackTest, RecordedGesturesRenderOfflineToTheBlock) {
                 .exitCode,
             0);
   const AudioData out = readAudio(path("out.wav"));
-  for (const std::int64_t at : gestures) {
-    const std::int64_t moved = firstChange(out, 0, at - kPeriod);
-    EXPECT_GE(moved, at);
-    EXPECT_LT(moved, at + kPeriod);
-  }
+  expectMovesWithinTheirBlocks(out, gestures, kPeriod);
   const nlohmann::json edited = firstInput(spatiola({"scene", "export", path("end.bin")}));
   const nlohmann::json rendered = firstInput(spatiola({"scene", "export", path("rendered.bin")}));
   for (const char* axis : {"x", "y"}) {

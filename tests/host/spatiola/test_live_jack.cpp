@@ -129,14 +129,6 @@ TEST_F(LiveJackTest, ServerGoneEndsWithAMessage) {
   EXPECT_THAT(absent->err(), HasSubstr("cannot connect to the JACK server '" + server.name()));
 }
 
-// The first sample after `from` that differs from it.
-std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from) {
-  for (std::int64_t f = from + 1; f < audio.frames; ++f) {
-    if (std::fabs(audio.at(f, channel) - audio.at(from, channel)) > 1e-7) return f;
-  }
-  return -1;
-}
-
 TEST_F(LiveJackTest, RecordedMovesRenderOfflineToTheBlock) {
   writeLevels(path("tone.wav"), {0.5}, 48000);
   {
@@ -168,11 +160,7 @@ TEST_F(LiveJackTest, RecordedMovesRenderOfflineToTheBlock) {
                 .exitCode,
             0);
   const AudioData out = readAudio(path("out.wav"));
-  for (const std::int64_t at : samples) {
-    const std::int64_t moved = firstChange(out, 0, at - kPeriod);
-    EXPECT_GE(moved, at);
-    EXPECT_LT(moved, at + kPeriod);
-  }
+  expectMovesWithinTheirBlocks(out, samples, kPeriod);
   EXPECT_LT(std::fabs(out.at(out.frames - 1, 0)), std::fabs(out.at(out.frames - 1, 1)))
       << "X=0.9 ends on the right";
 }
