@@ -44,6 +44,7 @@ class SdlBackend final : public Backend {
 
  private:
   void setX11Title(void* surface, const char* title) const;
+  static void tolerateVanishedX11Windows();
   SdlBackend() = default;
   std::optional<InputEvent> translate(const SDL_Event& event) const;
 

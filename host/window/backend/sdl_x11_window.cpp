@@ -9,6 +9,34 @@
 
 namespace winsys {
 
+#if defined(SDL_VIDEO_DRIVER_X11)
+namespace {
+
+XErrorHandler previousX11ErrorHandler = nullptr;
+
+// SDL wakes its event wait with a message to one of its windows; when that window has just been
+// destroyed, the server answers BadWindow, which Xlib's default handler turns into exit(1) as the
+// program closes. Nothing is lost by ignoring it.
+int onX11Error(Display* display, XErrorEvent* error) {
+  if (error->error_code == BadWindow) return 0;
+  return previousX11ErrorHandler != nullptr ? previousX11ErrorHandler(display, error) : 0;
+}
+
+}  // namespace
+#endif
+
+// Once, before SDL opens its display: SDL's own handler falls back to this one, and SDL puts it
+// back before closing its connections, when the error of a late wake-up message is read.
+void SdlBackend::tolerateVanishedX11Windows() {
+#if defined(SDL_VIDEO_DRIVER_X11)
+  static const bool installed = [] {
+    previousX11ErrorHandler = XSetErrorHandler(onX11Error);
+    return true;
+  }();
+  (void)installed;
+#endif
+}
+
 unsigned long SdlBackend::x11WindowId(void* surface) const {
   SDL_SysWMinfo info;
   SDL_VERSION(&info.version);
