@@ -1,6 +1,7 @@
 // spatiola edit --jack: the editor in front, the plug-in running live on JACK behind it.
 #include "host/cli/commands.h"
 #include "host/runtime/host_error.h"
+#include "host/runtime/interrupt_guard.h"
 #include "host/window/core/window_system.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/live_control.h"
 #include "host/runtime/host_error.h"
+#include "host/runtime/interrupt_guard.h"
 
 namespace {
 

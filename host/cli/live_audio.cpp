@@ -1,27 +1,6 @@
 #include "host/cli/live_audio.h"
 
-#include <signal.h>
-
 #include "host/cli/audio_file.h"
-
-namespace {
-
-volatile sig_atomic_t interrupted = 0;
-
-}  // namespace
-
-void quitOnInterrupts() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = 1; };
-  sigemptyset(&action.sa_mask);
-  for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
-    sigaction(signalNumber, &action, nullptr);
-  }
-}
-
-bool interruptedToQuit() {
-  return interrupted != 0;
-}
 
 HostConfig liveHostConfig(const LiveSession& session, int trackChannels,
                           const std::string& playPath) {

@@ -26,8 +26,3 @@ void startLiveAudio(LiveSession& session, PluginInstance& instance, const Plugin
 
 // "the JACK server stopped (REASON); the audio has ended"
 std::string serverStoppedMessage(const LiveSession& session);
-
-// Ctrl+C, SIGTERM and SIGHUP end a live run as quitting does, so that the files are complete:
-// from then on interruptedToQuit() answers true.
-void quitOnInterrupts();
-bool interruptedToQuit();

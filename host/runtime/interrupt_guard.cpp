@@ -28,6 +28,16 @@ struct SignalName {
 };
 constexpr SignalName kInterrupts[] = {{SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
 
+volatile sig_atomic_t quitAsked = 0;
+
+void setHandler(void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  sigemptyset(&action.sa_mask);
+  for (const SignalName& entry : kInterrupts) sigaddset(&action.sa_mask, entry.number);
+  for (const SignalName& entry : kInterrupts) sigaction(entry.number, &action, nullptr);
+}
+
 void copyPath(char (&to)[PATH_MAX], const std::string& from) {
   const std::size_t length = std::min(from.size(), sizeof(to) - 1);
   std::memcpy(to, from.data(), length);
@@ -65,14 +75,18 @@ void onInterrupt(int signalNumber) {
 
 void installInterruptHandlers() {
   static const bool installed = [] {
-    struct sigaction action {};
-    action.sa_handler = onInterrupt;
-    sigemptyset(&action.sa_mask);
-    for (const SignalName& entry : kInterrupts) sigaddset(&action.sa_mask, entry.number);
-    for (const SignalName& entry : kInterrupts) sigaction(entry.number, &action, nullptr);
+    setHandler(onInterrupt);
     return true;
   }();
   (void)installed;
+}
+
+void quitOnInterrupts() {
+  setHandler([](int) { quitAsked = 1; });
+}
+
+bool interruptedToQuit() {
+  return quitAsked != 0;
 }
 
 int removeUnfinishedFiles() {

@@ -9,6 +9,12 @@
 // Installs the handlers of SIGINT, SIGTERM and SIGHUP (once per process).
 void installInterruptHandlers();
 
+// For programs that run until told to stop (live audio): from now on the same signals only ask to
+// quit, so that the loop ends as quitting does and the files it writes are complete; from then on
+// interruptedToQuit() answers true.
+void quitOnInterrupts();
+bool interruptedToQuit();
+
 // [signal handlers] Removes the temporary files of every write in progress; async-signal-safe.
 // Returns the number removed.
 int removeUnfinishedFiles();
