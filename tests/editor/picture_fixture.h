@@ -18,7 +18,6 @@
 #include "plugin/host_api.h"
 #include "plugin/plugin_entry.h"
 #include "plugin/window_layer.h"
-#include "tests/editor/fake_window_layer.h"
 #include "tests/host/graphics/graphics_test_support.h"
 
 constexpr DAUB_pixel kBackground = 0xFF202020;

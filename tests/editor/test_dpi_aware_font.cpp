@@ -8,7 +8,6 @@
 #include "editor/view/dpi_aware_font.h"
 #include "plugin/host_api.h"
 #include "plugin/window_layer.h"
-#include "tests/editor/fake_window_layer.h"
 
 namespace {
 
@@ -60,6 +59,23 @@ class FakeHostFont final : public DAUB_IFont {
   UINT lastDrawFlags = 0;
 };
 
+// A host bitmap that only tells the scale it was advised.
+class ScaledBitmap final : public DAUB_IBitmap {
+ public:
+  explicit ScaledBitmap(int scale256) : scale256_(scale256) {}
+  int getWidth() override { return 10; }
+  int getHeight() override { return 10; }
+  bool resize(int, int) override { return false; }
+  HDC getDC() override { return nullptr; }
+  std::intptr_t Extended(int code, void*) override {
+    return code == DAUB_EXT_GET_ADVISORY_SCALE || code == DAUB_EXT_GET_EFFECTIVE_SCALE ? scale256_
+                                                                                       : 0;
+  }
+
+ private:
+  int scale256_;
+};
+
 DAUB_IFont* makeFakeFont() {
   return new FakeHostFont();
 }
@@ -89,7 +105,7 @@ class DpiAwareFont : public ::testing::Test {
   }
 
   FakeHostFont* drawAt(int scale256, UINT flags = DT_SINGLELINE) {
-    fake_window::FakeBitmap bitmap(10, 10, scale256);
+    ScaledBitmap bitmap(scale256);
     RECT box{0, 0, 10, 10};
     font->DrawText(&bitmap, "A", -1, &box, flags);
     return static_cast<FakeHostFont*>(font->realizeForBitmap(&bitmap));
@@ -170,7 +186,7 @@ TEST_F(DpiAwareFont, ChangedHostFlagsReRealizeTheSizesInUse) {
 
 TEST_F(DpiAwareFont, WithoutHostFontsNothingIsDrawnAndLinesAreTenHigh) {
   hostApi.DAUB_CreateFont = nullptr;
-  fake_window::FakeBitmap bitmap(10, 10, 256);
+  ScaledBitmap bitmap(256);
   RECT box{0, 0, 10, 10};
   EXPECT_EQ(font->DrawText(&bitmap, "A", -1, &box, DT_SINGLELINE), 0);
   EXPECT_EQ(font->GetLineHeight(), 10);

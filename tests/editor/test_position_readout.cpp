@@ -1,4 +1,4 @@
-// The position readout of the info label: its text and the label and timer calls it makes.
+// The position readout of the info label: its text.
 #include <cstring>
 
 #include "editor/view/position_readout.h"
@@ -24,29 +24,6 @@ TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
     formatPosition(text, kReadoutCapacity, c.x, c.y, c.z);
     EXPECT_STREQ(text, c.text);
   }
-}
-
-// The model's values, not the scaled room's; an empty text clears the label and starts no timer;
-// nothing while the editor is closed.
-TEST(PositionReadout, ShowsAnInputOrASpeakerWhileTheEditorIsOpen) {
-  auto plugin = makeUserSetup({{0.5, 0.0, 0.25}});
-  plugin->model.inputs[0].x = -0.25;
-  plugin->model.inputs[0].y = 0.0;
-  plugin->model.spaceScaleX = 2.0;
-  plugin->host.editorWindow = fake_window::kParent;
-  const fake_window::Installed label;
-  showPositionReadout(*plugin, 0, 0);
-  showPositionReadout(*plugin, -1, 0);
-  showPositionReadout(*plugin, 1, -1);  // past the inputs
-  EXPECT_EQ(fake_window::calls,
-            (std::vector<std::string>{"kill 10", "text 1287 25%L", "timer 10 2000", "kill 10",
-                                      "text 1287 50%R  25%H  (27 deg)", "timer 10 2000", "kill 10",
-                                      "text 1287 "}));
-  fake_window::calls.clear();
-  plugin->host.editorWindow = nullptr;
-  showPositionReadout(*plugin, 0, -1);
-  setInfoText(*plugin, "text");
-  EXPECT_TRUE(fake_window::calls.empty());
 }
 
 }  // namespace

@@ -55,17 +55,17 @@ class ReferencePicture : public PictureTest {
   }
 };
 
-TEST_F(ReferencePicture, SceneAtOneHundredPercent) {
-  buildScene();
-  const BitmapPtr bitmap = paint(240, 180, 0);
-  expectMatchesReference(bitmap.get(), "room_100");
-}
-
-TEST_F(ReferencePicture, SceneAtTwoHundredPercent) {
-  buildScene();
-  const BitmapPtr bitmap = paint(480, 360, 512);
-  expectMatchesReference(bitmap.get(), "room_200");
-  EXPECT_EQ(plugin.view.inlineScale, 512);  // the hit size of the inline view follows
+TEST_F(ReferencePicture, SceneAtOneAndTwoHundredPercent) {
+  const struct {
+    const char* name;
+    int width, height, scale256, hitScale256;
+  } cases[] = {{"room_100", 240, 180, 0, 256}, {"room_200", 480, 360, 512, 512}};
+  for (const auto& c : cases) {
+    buildScene();
+    const BitmapPtr bitmap = paint(c.width, c.height, c.scale256);
+    expectMatchesReference(bitmap.get(), c.name);
+    EXPECT_EQ(plugin.view.inlineScale, c.hitScale256) << "the inline view's hit size follows";
+  }
 }
 
 }  // namespace

@@ -162,42 +162,4 @@ TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsTh
   EXPECT_EQ(speakerIcons[1], nullptr);
 }
 
-// The editor's view painting real host bitmaps: a kept back layer and inputs on the front.
-class EditorViewPicture : public PictureTest {
- protected:
-  void SetUp() override {
-    PictureTest::SetUp();
-    fake_window::install();
-    fake_window::clientRect = {0, 0, 200, 160};
-    fake_window::parentUserData = reinterpret_cast<LONG_PTR>(&plugin);
-    spaceViewControlCreator()(fake_window::kParent, 1023, "SpatiolaWindow", 0, 0, 0, 200, 160);
-  }
-  void TearDown() override {
-    fake_window::uninstall();
-    delete plugin.view.viewFront;
-    delete plugin.view.viewBack;
-  }
-  void paintView() { fake_window::createdProcedure(fake_window::kView, WM_PAINT, 0, 0); }
-  DAUB_pixel front(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewFront, x, y); }
-  DAUB_pixel back(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewBack, x, y); }
-};
-
-TEST_F(EditorViewPicture, InputsAreDrawnOverTheKeptBackLayerWhenAnnounced) {
-  counts(1, 0);
-  copyChannelName(place(0, 0.5, 0.5).name, "a");
-  plugin.model.changeFlags = 0;
-  paintView();  // the new back layer is drawn without being asked
-  ASSERT_NE(plugin.view.viewFront, nullptr);
-  EXPECT_TRUE(near(front(151, 42), 0xFFFFFFFF, 3));
-  EXPECT_EQ(back(151, 42), kBackground);
-  EXPECT_EQ(front(30, 80), kRoomGrey);
-  place(0, -0.5, -0.5);
-  paintView();  // not announced: the kept picture stays
-  EXPECT_NE(front(151, 42), kBackground);
-  plugin.model.changeFlags |= kChangeInputs;
-  paintView();
-  EXPECT_EQ(front(151, 42), kBackground);
-  EXPECT_TRUE(near(front(49, 118), 0xFFFFFFFF, 3));
-}
-
 }  // namespace
