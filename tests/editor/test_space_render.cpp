@@ -2,6 +2,10 @@
 // places, for what the reference pictures do not show. Geometry of the default 200 x 160 bitmap at
 // zoom 0.48: centre (100, 80), 96 x 76.8 px per model unit, so an input at (0.5, 0.5) sits at
 // (148, 42) and one at (-0.5, -0.5) at (52, 118).
+#include <memory>
+#include <vector>
+
+#include "host/graphics/font.h"
 #include "tests/editor/picture_fixture.h"
 
 namespace {
@@ -160,6 +164,66 @@ TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsTh
   EXPECT_EQ(labelFont, nullptr);
   EXPECT_EQ(boldFont, nullptr);
   EXPECT_EQ(speakerIcons[1], nullptr);
+}
+
+// The view's font over the host's fonts: one per pixel height, four kept, the least recently used
+// taken for a fifth; the wrapper's state reaches a host font when drawing, not when measuring.
+class ViewFont : public PictureTest {
+ protected:
+  graphics::CairoFont* realize(int scale256, UINT drawFlags = 0) {
+    BitmapPtr bitmap = newBitmap(40, 20);
+    bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &scale256);
+    RECT box{0, 0, 40, 20};
+    if (drawFlags != 0) font->DrawText(bitmap.get(), "A", -1, &box, drawFlags);
+    return dynamic_cast<graphics::CairoFont*>(font->realizeForBitmap(bitmap.get()));
+  }
+  static int heightOf(graphics::CairoFont* host) {
+    return graphics::fontDescriptionOf(host->GetFontHandle())->height;
+  }
+
+  std::unique_ptr<dpiAwareFont> font{createViewFont(false)};
+};
+
+TEST_F(ViewFont, KeepsFourPixelHeightsAndReusesTheLeastRecentlyUsedForAFifth) {
+  const struct {
+    int scale256, height, flags;
+  } sizes[] = {{0, 12, DAUB_FONT_FLAG_OWNS_HANDLE},
+               {256, 12, DAUB_FONT_FLAG_OWNS_HANDLE},
+               {300, 14, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED},
+               {384, 18, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED},
+               {512, 24, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED}};
+  std::vector<graphics::CairoFont*> hosts;
+  for (const auto& size : sizes) {
+    hosts.push_back(realize(size.scale256));
+    EXPECT_EQ(heightOf(hosts.back()), size.height) << size.scale256;
+    EXPECT_EQ(hosts.back()->attachFlags(), size.flags) << size.scale256;
+  }
+  EXPECT_EQ(hosts[1], hosts[0]);
+  EXPECT_EQ(realize(256), hosts[0]) << "realised once, now the most recently used";
+  EXPECT_EQ(realize(640), hosts[2]) << "14 px was the least recently used";
+  EXPECT_EQ(heightOf(hosts[2]), 30);
+  EXPECT_EQ(font->cacheEntry(0).height, 18);
+}
+
+TEST_F(ViewFont, DrawingCopiesTheWrappersStateAndChangedHostFlagsRealizeAgain) {
+  font->SetTextColor(0xFF102030);
+  font->SetLineGap(3);
+  graphics::CairoFont* host = realize(256, DT_CALCRECT | DT_SINGLELINE);
+  const int cellHeight = host->GetLineHeight();
+  EXPECT_NE(host->GetTextColor(), 0xFF102030u);
+  EXPECT_EQ(realize(256, DT_SINGLELINE)->GetTextColor(), 0xFF102030u);
+  EXPECT_EQ(host->GetLineHeight(), cellHeight + 3);
+  static std::uint32_t hostFlags = 4;  // bit 2 is not the font's business
+  font->flagsCallback = [](int) { return hostFlags; };
+  const HFONT handle = realize(256)->GetFontHandle();
+  EXPECT_EQ(host->attachFlags(), DAUB_FONT_FLAG_OWNS_HANDLE);
+  hostFlags = 0x10;
+  EXPECT_EQ(realize(256), host);
+  EXPECT_NE(host->GetFontHandle(), handle);
+  EXPECT_EQ(host->attachFlags(), 0x10 | DAUB_FONT_FLAG_OWNS_HANDLE);
+  hostApi.DAUB_CreateFont = nullptr;  // a host without fonts: lines ten high
+  EXPECT_EQ(std::unique_ptr<dpiAwareFont>(createViewFont(false))->GetLineHeight(), 10);
+  bindHostGraphics();
 }
 
 }  // namespace
