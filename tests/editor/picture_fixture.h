@@ -44,17 +44,6 @@ inline bool near(DAUB_pixel actual, DAUB_pixel expected, int tolerance) {
   return true;
 }
 
-// `color` at `alpha` over the background, as the copy blend mixes it.
-inline DAUB_pixel over(DAUB_pixel color, double alpha, DAUB_pixel under = kBackground) {
-  DAUB_pixel mixed = 0xFF000000;
-  for (int shift : {0, 8, 16}) {
-    const double c = (color >> shift) & 0xFF;
-    const double u = (under >> shift) & 0xFF;
-    mixed |= static_cast<DAUB_pixel>(c * alpha + u * (1.0 - alpha) + 0.5) << shift;
-  }
-  return mixed;
-}
-
 // Pixels within the box (inclusive) whose colour is near `color`.
 inline int countNear(DAUB_IBitmap* bitmap, int left, int top, int right, int bottom,
                      DAUB_pixel color, int tolerance) {

@@ -71,6 +71,7 @@ TEST(InfoLabel, ShowsThePositionOfTheOnlySelectedInputOrTheSpeakerForTwoSeconds)
        [](PannerPlugin& p) { groupInvert(p, 9); },
        "20%R  40%F  (27 deg)"},
       {"height reset", {2}, [](PannerPlugin& p) { resetPositions(p); }, "60%B"},
+      {"reset of two", {0, 2}, [](PannerPlugin& p) { resetPositions(p); }, ""},
       {"nothing selected", {}, [](PannerPlugin& p) { groupReset(p, 0); }, ""},
   };
   for (const auto& c : cases) {

@@ -9,13 +9,6 @@ namespace {
 
 constexpr Place kBystander{0.1, 0.2, 0.3};  // an input that is never selected
 
-static_assert(groupKnobDelta(0x8000, false, false) == 0.0);
-static_assert(groupKnobDelta(0xC000, false, false) == 0.05);
-static_assert(groupKnobDelta(0x0000, false, false) == -0.1);
-static_assert(groupKnobDelta(0xC000, true, false) == 0.0125);
-static_assert(groupKnobDelta(0xC000, false, true) == 0.2);
-static_assert(groupKnobDelta(0xC000, true, true) == 0.0125);  // Control wins
-
 struct Member {
   Place at;
   bool reverse;
@@ -154,14 +147,11 @@ TEST(GroupResetAndInvert, ChangeEachModesFieldsWhateverTheReverse) {
   }
 }
 
-// Inputs 0 (0.2, 0.4, 0) and 2 (0, -0.6, 0.2), both with bias 0.4 and rotation 0.3; input 1
+// Inputs 0 (0.2, 0.4, 0) and 2 (0, -0.6, 0.2), both with rotation 0.3; input 1
 // apart.
 std::unique_ptr<PannerPlugin> makeReportRoom(const std::vector<int>& selected) {
   auto plugin = makeRoom({{0.2, 0.4, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.6, 0.2}});
-  for (const int i : {0, 2}) {
-    plugin->model.inputs[i].diffuseBias = 0.4;
-    plugin->model.inputs[i].diffuseAngle = 0.3;
-  }
+  for (const int i : {0, 2}) plugin->model.inputs[i].diffuseAngle = 0.3;
   selectInputs(*plugin, selected);
   return plugin;
 }
@@ -183,13 +173,6 @@ TEST(GroupEditReports, TheEditedParametersEndedOnlyAtTheEndOfTheGesture) {
        [](PannerPlugin& p) { groupKnob(p, 2, 0.1, true); },
        {automate(25, 0.0), endEdit(25), automate(26, -0.6), endEdit(26), automate(27, 0.3),
         endEdit(27)}},
-      {"bias reset",
-       {0, 2},
-       [](PannerPlugin& p) { groupReset(p, 8); },
-       {{audioMasterAutomate, 10, 0.5f},
-        endEdit(10),
-        {audioMasterAutomate, 30, 0.5f},
-        endEdit(30)}},
       {"rotation inverted below 0",
        {0},
        [](PannerPlugin& p) { groupInvert(p, 9); },
