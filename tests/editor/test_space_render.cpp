@@ -84,40 +84,6 @@ TEST_F(InlinePaint, APollingPaintDrawsOnlyWhenThePictureChanged) {
   EXPECT_EQ(paintInto(bitmap.get(), 1), 0);
 }
 
-TEST_F(InlinePaint, NeedsABitmapAndABlock) {
-  unsigned char block[40] = {};
-  BitmapPtr bitmap = newBitmap(60, 40, 0xFF000000);
-  const float paintMessage = static_cast<float>(WM_PAINT);
-  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16, 0, block, paintMessage), 0);
-  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16,
-                       reinterpret_cast<VstIntPtr>(bitmap.get()), nullptr, paintMessage),
-            0);
-  EXPECT_EQ(at(bitmap, 10, 10), 0xFF000000u);
-}
-
-using SharedDrawing = PictureTest;
-
-TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsThem) {
-  releaseSharedDrawingResources();
-  paint(40, 30);
-  ASSERT_NE(labelFont, nullptr);
-  EXPECT_EQ(labelFont->logFont.lfHeight, 12);
-  const DAUB_pixel colors[] = {0xFFFFFF00, 0xFF808000};  // active, dimmed
-  for (int icon : {kSpeakerIconActive, kSpeakerIconDimmed}) {
-    ASSERT_NE(speakerIcons[icon], nullptr);
-    EXPECT_EQ(graphics::DAUB_GetPixel(speakerIcons[icon], 6, 5), colors[icon]);  // glyph (3, 0)
-    EXPECT_EQ(alphaOf(graphics::DAUB_GetPixel(speakerIcons[icon], 5, 5)), 0);    // glyph (2, 0)
-  }
-  DAUB_IBitmap* const madeIcon = speakerIcons[0];
-  paint(40, 30);
-  EXPECT_EQ(speakerIcons[0], madeIcon);  // made once per process
-  sharedBoldFont();
-  releaseSharedDrawingResources();
-  EXPECT_EQ(labelFont, nullptr);
-  EXPECT_EQ(boldFont, nullptr);
-  EXPECT_EQ(speakerIcons[1], nullptr);
-}
-
 // The view's font over the host's fonts: one per pixel height, four kept, the least recently used
 // taken for a fifth; the wrapper's state reaches a host font when drawing, not when measuring.
 class ViewFont : public PictureTest {
