@@ -1,5 +1,8 @@
 // Button up and double click in the space view: click selection, end-of-edit reports, the
-// selection rectangle and the reset of the selected inputs.
+// selection rectangle, the reset of the selected inputs and the position readout's text.
+#include <cstring>
+
+#include "editor/view/position_readout.h"
 #include "space_mouse_fixture.h"
 
 namespace {
@@ -131,6 +134,27 @@ TEST(ResetPositions, RaisedInputsComeDownAndFloorInputsGoToTheCentreUnlessLocked
     for (const int i : c.selected) rows |= c.reports.empty() ? 0 : std::uint64_t{1} << i;
     EXPECT_EQ(plugin->model.dirtyInputs, rows);
     EXPECT_EQ(plugin->model.changeFlags.load(), c.reports.empty() ? 0u : kChangeInputs);
+  }
+}
+
+// The readout of the info label: percent and degrees without the last separator.
+TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
+  const struct {
+    double x, y, z;
+    const char* text;
+  } cases[] = {{0.5, 0.5, 0.0, "50%R  50%F  (45 deg)"},
+               {-0.25, 0.0, 0.0, "25%L"},
+               {0.0, -1.0, 0.0, "100%B"},
+               {0.0, 0.0, 0.0, ""},
+               {-0.5, -0.5, 0.0, "50%L  50%B  (-135 deg)"},
+               {0.0, 0.0, -0.3, "-30%H  (-90 deg)"},
+               {0.3, 0.4, 0.5, "30%R  40%F  (37 deg)  50%H  (45 deg)"},
+               {0.001, 0.0, 0.0, "0%R"}};
+  for (const auto& c : cases) {
+    char text[kReadoutCapacity];
+    std::memset(text, 'x', sizeof text);
+    formatPosition(text, kReadoutCapacity, c.x, c.y, c.z);
+    EXPECT_STREQ(text, c.text);
   }
 }
 
