@@ -1,9 +1,9 @@
 // The room picture drawn through the inline view into Cairo host bitmaps: whole pictures compared
 // with reviewed reference PNGs (regenerate with SPATIOLA_UPDATE_REFERENCE_IMAGES=1, review the
 // files in tests/editor/reference/; a mismatch leaves <name>.actual.png), and probes at computed
-// places for what they do not show. Geometry of the default 200 x 160 bitmap at
-// zoom 0.48: centre (100, 80), 96 x 76.8 px per model unit, so an input at (0.5, 0.5) sits at
-// (148, 42) and one at (-0.5, -0.5) at (52, 118).
+// places for what they do not show. Geometry of the default 200 x 160 bitmap at zoom 0.48: centre
+// (100, 80), 96 x 76.8 px per model unit, so an input at (0.5, 0.5) sits at (148, 42) and one at
+// (-0.5, -0.5) at (52, 118).
 #include <memory>
 #include <vector>
 
