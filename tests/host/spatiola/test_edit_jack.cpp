@@ -4,6 +4,7 @@
 // positions at the same samples; the headless window title.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -13,8 +14,7 @@
 #include "host/graphics/bitmap.h"
 #include "host/window/backend/headless_backend.h"
 #include "host/window/core/window_system.h"
-#include "tests/host/live/jack_fixture.h"
-#include "tests/host/spatiola/command_fixture.h"
+#include "tests/host/spatiola/jack_fixture.h"
 #include "tests/host/spatiola/x_window_client.h"
 #include "tests/host/window/x11_support.h"
 
@@ -75,8 +75,8 @@ TEST_F(EditJackTest, MetersMoveInTheWindowAndClosingEndsTheClient) {
   writePulses("pulses.wav");
   JackServer server;
   ProbeClient probe(server.name(), {}, 0);
-  LiveProgram edit(SPATIOLA_EXE, config_.dir(), server.name(),
-                   {"--layout", "stereo", "--play", path("pulses.wav")}, {"edit", "--jack"});
+  LiveProgram edit(server.name(), {"--layout", "stereo", "--play", path("pulses.wav")},
+                   {"edit", "--jack"});
   XWindowClient x;
   ASSERT_TRUE(x.connected());
   unsigned long window = 0;
@@ -106,7 +106,7 @@ TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPortAndTheServersEndIsSaid) 
   }
   JackServer server;
   ProbeClient probe(server.name(), {0.1f, 0.2f, 0.3f}, 0);
-  LiveProgram edit(SPATIOLA_EXE, config_.dir(), server.name(),
+  LiveProgram edit(server.name(),
                    {"--headless", "--script", path("count.txt"), "--layout", "stereo",
                     "--connect-inputs", "probe:src_%d"},
                    {"edit", "--jack"});
@@ -124,6 +124,14 @@ TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPortAndTheServersEndIsSaid) 
   const std::size_t at = edit.err().find(said);
   EXPECT_NE(at, std::string::npos) << edit.err();
   EXPECT_EQ(edit.err().find(said, at + 1), std::string::npos) << "said once";
+}
+
+// The first frame after `from` whose sample on channel 0 differs from the one at `from` (-1: none).
+std::int64_t firstChange(const AudioData& audio, std::int64_t from) {
+  for (std::int64_t f = from + 1; f < audio.frames; ++f) {
+    if (std::fabs(audio.at(f, 0) - audio.at(from, 0)) > 1e-7) return f;
+  }
+  return -1;
 }
 
 nlohmann::json firstInput(const CommandResult& sceneExport) {
@@ -166,7 +174,11 @@ TEST_F(EditJackTest, RecordedGesturesRenderOfflineToTheBlock) {
                 .exitCode,
             0);
   const AudioData out = readAudio(path("out.wav"));
-  expectMovesWithinTheirBlocks(out, gestures, kPeriod);
+  for (const std::int64_t at : gestures) {
+    const std::int64_t moved = firstChange(out, at - kPeriod);
+    EXPECT_GE(moved, at);
+    EXPECT_LT(moved, at + kPeriod);
+  }
   const nlohmann::json edited = firstInput(spatiola({"scene", "export", path("end.bin")}));
   const nlohmann::json rendered = firstInput(spatiola({"scene", "export", path("rendered.bin")}));
   for (const char* axis : {"x", "y"}) {

@@ -4,17 +4,13 @@
 #pragma once
 
 #include <jack/jack.h>
-#include <sys/types.h>
 
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
-// Waits until `condition` holds, for at most `timeout`; true when it held.
-bool eventually(const std::function<bool()>& condition,
-                std::chrono::milliseconds timeout = std::chrono::seconds(10));
+#include "tests/host/spatiola/command_fixture.h"
 
 // jackd --no-realtime -d dummy -r 48000 -p FRAMES under a name no other test uses.
 class JackServer {
@@ -30,31 +26,29 @@ class JackServer {
 
  private:
   std::string name_;
-  pid_t pid_ = -1;
+  RunningCommand jackd_;
   bool running_ = false;
 };
 
-// `spatiola COMMAND --server NAME ARGS` (COMMAND: `live`, or `edit --jack`); standard output and
-// error go to files in `dir`.
+// `spatiola COMMAND --server NAME ARGS` (COMMAND: `live`, or `edit --jack`) with a pipe to its
+// standard input.
 class LiveProgram {
  public:
-  LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
-              std::vector<std::string> args, std::vector<std::string> command = {"live"});
+  LiveProgram(const std::string& server, std::vector<std::string> args,
+              std::vector<std::string> command = {"live"});
   ~LiveProgram();  // quits, then kills it if it does not end
   LiveProgram(const LiveProgram&) = delete;
   LiveProgram& operator=(const LiveProgram&) = delete;
   void send(const std::string& line);
   // The exit code (128 + n for signal n), or -1 when it is still running after `timeout`.
   int wait(std::chrono::milliseconds timeout = std::chrono::seconds(10));
-  std::string out() const;
-  std::string err() const;
+  std::string out() const { return readFile(program_.outPath); }
+  std::string err() const { return readFile(program_.errPath); }
 
  private:
-  pid_t pid_ = -1;
+  RunningCommand program_;
   int stdinFd_ = -1;
   int exitCode_ = -1;
-  std::string outPath_;
-  std::string errPath_;
 };
 
 class ProbeClient {
