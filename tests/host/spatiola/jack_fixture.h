@@ -76,3 +76,11 @@ class ProbeClient {
   std::vector<std::atomic<float>> last_;
   std::atomic<std::uint64_t> periods_{0};
 };
+
+// Skips its test where jackd is not installed.
+class JackTest : public CommandTest {
+ protected:
+  void SetUp() override {
+    if (!JackServer::available()) GTEST_SKIP() << "jackd is not installed (scripts/deps.sh)";
+  }
+};

@@ -20,39 +20,9 @@ namespace {
 
 const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
 
-// Channel c carries a sine of 0.5 amplitude at 100 * (c + 1) Hz.
-void writeSines(const std::string& path, int channels, std::int64_t frames) {
-  std::vector<double> samples;
-  for (std::int64_t f = 0; f < frames; ++f) {
-    for (int c = 0; c < channels; ++c)
-      samples.push_back(0.5 * std::sin(2.0 * M_PI * 100.0 * (c + 1) * f / 48000.0));
-  }
-  writeAudio(path, channels, samples);
-}
-
 using EndToEnd = CommandTest;
 
 }  // namespace
-
-TEST_F(EndToEnd, RenderKeepsLengthAndAppliesTheParameters) {
-  writeSines(path("in.wav"), 3, 62401);  // not a whole number of blocks
-  const CommandResult run = spatiola(
-      {"render", "--plugin", kProbe, "--set", "gain=0.25", path("in.wav"), path("out.wav")});
-  ASSERT_EQ(run.exitCode, 0) << run.err;
-  const AudioData in = readAudio(path("in.wav"));
-  const AudioData out = readAudio(path("out.wav"));
-  // Outputs without known positions stay plain WAVE.
-  ASSERT_EQ(out.shape(), std::tuple(3, 62401, 48000, SF_FORMAT_WAV | SF_FORMAT_FLOAT));
-  for (std::int64_t f = 0; f < out.frames; f += 997) {
-    for (int c = 0; c < 3; ++c) ASSERT_NEAR(out.at(f, c), 0.5 * in.at(f, c), 1e-7) << f;
-  }
-  // The level table: 0.25 peak is -12.04 dBFS, a sine's RMS 3.01 dB below.
-  EXPECT_TRUE(contains(run.out, "rendered 62401 samples (3 -> 3 channels, 48000 Hz)")) << run.out;
-  EXPECT_TRUE(
-      contains(run.out, "1    1                                  -12.04     -15.05        0\n"))
-      << run.out;
-  EXPECT_FALSE(std::filesystem::exists(path("out.wav.partial")));
-}
 
 // Values at time 0 are set before the plug-in starts, like --set; a later change lands on its
 // nearest sample (0.006 s at 44.1 kHz is 264.6: sample 265), and after it the plug-in gets one
@@ -91,7 +61,8 @@ TEST_F(EndToEnd, AutomationTakesEffectAtItsNearestSample) {
   }
 }
 
-// A 24-bit file made by sox, through a state block loaded and saved as bytes.
+// A 24-bit file made by sox, not a whole number of blocks long, through a state block loaded and
+// saved as bytes.
 TEST_F(EndToEnd, RendersAFileMadeBySoxWithStateBlocks) {
   const std::string input = path("sox.wav");
   ASSERT_EQ(runCommand({"/usr/bin/sox", "-n", "-r", "44100", "-c", "2", "-b", "24", input, "synth",
@@ -103,18 +74,20 @@ TEST_F(EndToEnd, RendersAFileMadeBySoxWithStateBlocks) {
       spatiola({"render", "--plugin", kProbe, "--state", path("state.bin"), "--save-state",
                 path("saved.bin"), input, path("out.aiff"), "--sample-format", "pcm16"});
   ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_TRUE(run.out.starts_with("rendered 22050 samples (2 -> 2 channels, 44100 Hz)")) << run.out;
   const AudioData out = readAudio(path("out.aiff"));
   ASSERT_EQ(out.shape(), std::tuple(2, 22050, 44100, SF_FORMAT_AIFF | SF_FORMAT_PCM_16));
   for (int c : {0, 1}) EXPECT_NEAR(out.peakDb(c), -6.0 + 20.0 * std::log10(0.25), 0.05) << c;
   // The loaded gain and the file's channel count, offered to the plug-in.
   EXPECT_TRUE(contains(readFile(path("saved.bin")), "track_channels=2\n"));
   EXPECT_TRUE(contains(readFile(path("saved.bin")), "gain=0.125000\n"));
+  EXPECT_FALSE(std::filesystem::exists(path("out.aiff.partial")));
 }
 
 TEST_F(EndToEnd, RendersThroughAThirdPartyPlugin) {
   const std::string encoder = std::string(IEM_PLUGIN_DIR) + "/libStereoEncoder.so";
   if (!std::filesystem::exists(encoder)) GTEST_SKIP() << "iem-plugin-suite-vst is not installed";
-  writeSines(path("stereo.wav"), 2, 24000);
+  writeLevels(path("stereo.wav"), {0.5, 0.25}, 24000);
   const CommandResult run = spatiola(
       {"render", "--plugin", encoder, "--ambisonic", path("stereo.wav"), path("ambi.wav")});
   ASSERT_EQ(run.exitCode, 0) << run.err;
@@ -122,11 +95,7 @@ TEST_F(EndToEnd, RendersThroughAThirdPartyPlugin) {
   // The encoder's 7th-order output, marked ambisonic.
   ASSERT_EQ(out.shape(), std::tuple(64, 24000, 48000, SF_FORMAT_WAVEX | SF_FORMAT_FLOAT));
   // Both sources straight ahead: W carries their sum, the left-right component nothing.
-  const AudioData in = readAudio(path("stereo.wav"));
-  double sumPeak = 0.0;
-  for (std::int64_t f = 0; f < in.frames; ++f)
-    sumPeak = std::max(sumPeak, std::fabs(in.at(f, 0) + in.at(f, 1)));
-  EXPECT_NEAR(out.peakDb(0), 20.0 * std::log10(sumPeak), 0.5);
+  EXPECT_NEAR(out.peakDb(0), 20.0 * std::log10(0.75), 0.5);
   EXPECT_LT(out.peakDb(1), -60.0);
   EXPECT_TRUE(contains(run.err, "note: the plug-in has 64 inputs; inputs 3..64 receive silence"))
       << run.err;
@@ -182,8 +151,6 @@ TEST_F(EndToEnd, UserErrorsAreClearAndExitNonZero) {
       {{"render", "--plugin", kProbe, path("text.so"), out},
        "spatiola: cannot read the audio file " + path("text.so") +
            ": not an audio file in a format libsndfile reads\n"},
-      {{"render", "--plugin", kProbe, path("none.wav"), out},
-       "spatiola: cannot read the audio file " + path("none.wav") + ": no such file or folder\n"},
       {{"render", "--plugin", kProbe, "--layout", "5.1 surround", in, out},
        "spatiola: --layout applies to Spatiola only; " + kProbe + " is another plug-in\n"},
   };
@@ -204,7 +171,6 @@ TEST_F(EndToEnd, WrongCommandLinesExitWithTwo) {
       {{"bench", "--outputs", "4", "--layout", "stereo"},
        "--outputs and --layout both choose the speakers; give one of them"},
       {{"demo", "--dir", path("d"), "--seconds", "0"}, "--seconds must be between 1 and 600"},
-      {{"demo", "--dir", path("d"), "--seconds", "100000"}, "--seconds must be between 1 and 600"},
       {{"--ui-scale", "7", "info"},
        "--ui-scale 7 is not a display scale: use 64 to 1024, where 256 is 100 %"},
       {{"snapshot", path("x.jpg")},
@@ -237,7 +203,6 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   std::ofstream(path("state.bin"), std::ios::binary) << block;
   const CommandResult exported = spatiola({"scene", "export", path("state.bin")});
   ASSERT_EQ(std::pair(exported.exitCode, exported.err), std::pair(0, std::string()));
-  EXPECT_EQ(nlohmann::json::parse(exported.out)["speakers"][2]["name"], "front center");
   std::ofstream(path("scene.json")) << exported.out;
   const CommandResult imported = spatiola({"scene", "import", path("scene.json")});
   ASSERT_EQ(imported.exitCode, 0) << imported.err;
@@ -246,8 +211,4 @@ TEST_F(EndToEnd, SceneExportImportRoundTripIsByteExact) {
   ASSERT_EQ(
       spatiola({"scene", "import", "-", "-o", path("again.bin")}, path("scene.json")).exitCode, 0);
   EXPECT_EQ(readFile(path("again.bin")), block);
-  std::ofstream(path("cut.bin"), std::ios::binary) << block.substr(0, 40);
-  const CommandResult cut = spatiola({"scene", "export", path("cut.bin")});
-  EXPECT_EQ(cut.exitCode, 0);
-  EXPECT_TRUE(contains(cut.err, "is not a block as the plug-in writes it")) << cut.err;
 }

@@ -14,11 +14,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::UnorderedElementsAre;
 
-class LiveJackTest : public CommandTest {
+class LiveJackTest : public JackTest {
  protected:
-  void SetUp() override {
-    if (!JackServer::available()) GTEST_SKIP() << "jackd is not installed (scripts/deps.sh)";
-  }
   // With `started`, once it has said that it runs.
   std::unique_ptr<LiveProgram> live(const JackServer& server, std::vector<std::string> args,
                                     bool started = true) {
