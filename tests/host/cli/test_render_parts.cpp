@@ -1,14 +1,12 @@
 // The parts of a render that need no plug-in: its options, when it calls the plug-in, the file's
-// channel order, what the level meter counts, and the space it needs.
+// channel order, and the space it needs. The level meter is the streams' test.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
 #include <cmath>
-#include <limits>
 #include <tuple>
 
 #include "host/cli/channel_layout.h"
-#include "host/cli/levels.h"
 #include "host/cli/output_checks.h"
 #include "host/cli/render.h"
 #include "host/cli/render_schedule.h"
@@ -123,15 +121,6 @@ TEST(ChannelLayout, StandardLayoutsGoInWaveOrderWithTheirPositions) {
       std::tuple(asIs.pluginOutput, asIs.positions.empty(), user.pluginOutput,
                  user.positions.empty()),
       std::tuple(std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}, true, std::vector<int>{0, 1}, true));
-}
-
-TEST(LevelMeter, CountsSamplesAboveFullScaleAndThoseThatAreNoNumber) {
-  LevelMeter meter(2);
-  const double frames[] = {1.0, -1.5, 0.5, std::numeric_limits<double>::quiet_NaN(), -2.0, 0.25};
-  meter.add(frames, 3);
-  EXPECT_EQ(std::tuple(meter.overs(0), meter.overs(1), meter.totalOvers(), meter.nonFinite()),
-            std::tuple(1, 1, 2, 1));
-  EXPECT_NEAR(meter.peakDb(0), 20.0 * std::log10(2.0), 1e-12);
 }
 
 TEST(FreeSpace, ARenderLargerThanItsDiskIsRefusedWithBothSizes) {

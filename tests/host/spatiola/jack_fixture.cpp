@@ -16,6 +16,14 @@ jack_client_t* openClient(const std::string& name, const std::string& server) {
                           server.c_str());
 }
 
+// The names of a list JACK allocated, which is freed.
+std::vector<std::string> takeNames(const char** list) {
+  std::vector<std::string> names;
+  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
+  if (list != nullptr) jack_free(static_cast<void*>(list));
+  return names;
+}
+
 }  // namespace
 
 bool JackServer::available() {
@@ -122,7 +130,6 @@ int ProbeClient::process(jack_nframes_t frames, void* self) {
     const auto* in = static_cast<const float*>(jack_port_get_buffer(probe.sinks_[i], frames));
     probe.last_[i].store(in[frames - 1]);
   }
-  probe.periods_.fetch_add(1);
   return 0;
 }
 
@@ -131,19 +138,11 @@ bool ProbeClient::setBufferSize(int frames) {
 }
 
 std::vector<std::string> ProbeClient::ports(const std::string& pattern) const {
-  std::vector<std::string> names;
-  const char** list = jack_get_ports(client_, pattern.c_str(), nullptr, 0);
-  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
-  if (list != nullptr) jack_free(static_cast<void*>(list));
-  return names;
+  return takeNames(jack_get_ports(client_, pattern.c_str(), nullptr, 0));
 }
 
 std::vector<std::string> ProbeClient::connections(const std::string& port) const {
-  std::vector<std::string> names;
   jack_port_t* handle = jack_port_by_name(client_, port.c_str());
-  if (handle == nullptr) return names;
-  const char** list = jack_port_get_all_connections(client_, handle);
-  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
-  if (list != nullptr) jack_free(static_cast<void*>(list));
-  return names;
+  return handle == nullptr ? std::vector<std::string>{}
+                           : takeNames(jack_port_get_all_connections(client_, handle));
 }

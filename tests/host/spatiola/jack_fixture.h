@@ -60,7 +60,6 @@ class ProbeClient {
   ProbeClient& operator=(const ProbeClient&) = delete;
   float last(int sink) const { return last_[static_cast<std::size_t>(sink)].load(); }
   void clear(int sink) { last_[static_cast<std::size_t>(sink)].store(0.0f); }
-  std::uint64_t periods() const { return periods_.load(); }
   // Asks the server for another period, as a user does in a JACK control application.
   bool setBufferSize(int frames);
   // Full names of the ports whose names match `pattern` (a regular expression).
@@ -74,7 +73,6 @@ class ProbeClient {
   std::vector<jack_port_t*> sources_;
   std::vector<jack_port_t*> sinks_;
   std::vector<std::atomic<float>> last_;
-  std::atomic<std::uint64_t> periods_{0};
 };
 
 // Skips its test where jackd is not installed.
