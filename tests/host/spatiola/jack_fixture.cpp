@@ -30,11 +30,11 @@ bool JackServer::available() {
   return access(kJackd, X_OK) == 0;
 }
 
-JackServer::JackServer(int periodFrames)
+JackServer::JackServer()
     : name_("spatiola-test-" + std::to_string(getpid()) + "-" +
             std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())) {
-  jackd_ = startCommand({kJackd, "--no-realtime", "-n", name_, "-d", "dummy", "-r", "48000", "-p",
-                         std::to_string(periodFrames)});
+  jackd_ = startCommand(
+      {kJackd, "--no-realtime", "-n", name_, "-d", "dummy", "-r", "48000", "-p", "256"});
   jack_set_error_function([](const char*) {});
   jack_set_info_function([](const char*) {});
   running_ = eventually([&] {

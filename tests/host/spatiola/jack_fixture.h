@@ -12,16 +12,15 @@
 
 #include "tests/host/spatiola/command_fixture.h"
 
-// jackd --no-realtime -d dummy -r 48000 -p FRAMES under a name no other test uses.
+// jackd --no-realtime -d dummy -r 48000 -p 256 under a name no other test uses.
 class JackServer {
  public:
   static bool available();  // jackd installed
-  explicit JackServer(int periodFrames = 256);
+  JackServer();
   ~JackServer();  // stops it unless killed
   JackServer(const JackServer&) = delete;
   JackServer& operator=(const JackServer&) = delete;
   const std::string& name() const { return name_; }
-  bool running() const { return running_; }
   void kill();  // stops it under its clients
 
  private:

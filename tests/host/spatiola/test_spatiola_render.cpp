@@ -1,5 +1,5 @@
 // The spatiola program with the Spatiola plug-in: layouts, speaker positions in the file, levels
-// against the gain law, state files and the demo; bench has its own tests.
+// against the gain law, glides and state files; bench has its own tests.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -7,10 +7,8 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 
 #include "engine/gain_law.h"
-#include "model/layouts.h"
 #include "model/panner_plugin.h"
 #include "plugin/state_chunk.h"
 #include "tests/host/runtime/test_support.h"
@@ -164,37 +162,4 @@ TEST_F(SpatiolaRender, DamagedStateBlocksAreNoted) {
   const CommandResult run =
       spatiola({"render", "--state", path("cut.bin"), path("in.wav"), path("out.wav")});
   EXPECT_EQ(std::pair(run.exitCode, run.err), std::pair(0, note));
-}
-
-// The model's own ring, as the plug-in lays it out when Shift is held while the count changes.
-TEST_F(SpatiolaRender, RingLayoutsPutTheSpeakersOnTheSphere) {
-  writeLevels(path("in.wav"), {0.5}, 100);
-  const CommandResult run = spatiola({"render", "--layout", "40 ring", "--save-state",
-                                      path("ring.bin"), path("in.wav"), path("out.wav")});
-  ASSERT_EQ(std::pair(run.exitCode, run.err), std::pair(0, std::string()));
-  const std::string block = readFile(path("ring.bin"));
-  PannerPlugin model;
-  readStateChunk(model, block.data(), static_cast<std::int32_t>(block.size()));
-  Position3 ring[40];
-  computeRingPositions(40, ring);
-  ASSERT_EQ(model.speakerCount(), 40);
-  for (int s = 0; s < 40; ++s) {
-    const Speaker& speaker = model.model.speakers[s];
-    EXPECT_EQ((std::array{speaker.x, speaker.y, speaker.z, speaker.influence}),
-              (std::array{ring[s].x, ring[s].y, ring[s].z, 0.5}))
-        << s;
-  }
-}
-
-TEST_F(SpatiolaRender, LayoutsListsEveryPresetsSpeakers) {
-  const CommandResult text = spatiola({"layouts"});
-  ASSERT_EQ(text.exitCode, 0) << text.err;
-  EXPECT_TRUE(contains(text.out, "7.1 ITU-R (8 speakers)\n")) << text.out;
-  EXPECT_TRUE(
-      contains(text.out, "   4  LFE                    0.000   0.000   0.000      0.875  LFE\n"))
-      << text.out;
-  const nlohmann::json json = nlohmann::json::parse(spatiola({"layouts", "--json"}).out);
-  ASSERT_EQ(json.size(), 10u);
-  expectJsonAt(json, nlohmann::json::parse(R"({"/4/name": "5.1 surround", "/4/speakers/3/lfe": true,
-      "/9/speakers/9/z": 0.7071067811865476})"));
 }
