@@ -35,11 +35,9 @@ std::string parse(const std::string& script) {
 TEST(EditScript, ReadsOneCommandPerLine) {
   const std::pair<const char*, const char*> cases[] = {
       {"down #1023 120 80 shift", "1: 0 #1023 @120,80 0 0 m1 '' 0\n"},
-      {"  click 300 40", "1: 3 #0 @300,40 0 0 m0 '' 0\n"},
       {"# a comment\n\nrclick #1142 ctrl alt", "3: 7 #1142 0 0 m6 '' 0\n"},
       {"drag #1023 10 20 -5 7", "1: 8 #1023 @10,20 -5 7 m0 '' 0\n"},
       {"wheel #1075 -2", "1: 9 #1075 -2 0 m0 '' 0\n"},
-      {"drag #1023 10 20", "1: 8 #1023 10 20 m0 '' 0\n"},
       {"knob #1134 25 ctrl", "1: 10 #1134 25 0 m2 '' 0\n"},
       {"fader #1239 -40", "1: 11 #1239 -40 0 m0 '' 0\n"},
       {"type Front  left", "1: 12 #0 0 0 m0 'Front  left' 0\n"},

@@ -37,17 +37,10 @@ class EditCommand : public CommandTest {
 // and z at each step and ends each at the release; a parameter set as automation reaches the state;
 // the pictures and states are written.
 TEST_F(EditCommand, AScriptDrivesTheEditorAndTheLogKeepsItsReports) {
-  const CommandResult run = edit(
-      "wait 100\n"
-      "drag 203 188 10 0\n"
-      "set in 2 gain 0.125\n"
-      "wait 50\n"
-      "snapshot " +
-          path("during.png") +
-          "\n"
-          "save-state " +
-          path("during.bin") + "\n",
-      {"--automation-log", path("log.jsonl"), "--save-state", path("after.bin")});
+  const std::string script = "wait 100\ndrag 203 188 10 0\nset in 2 gain 0.125\nwait 50\n";
+  const CommandResult run =
+      edit(script + "snapshot " + path("during.png") + "\nsave-state " + path("during.bin") + "\n",
+           {"--automation-log", path("log.jsonl"), "--save-state", path("after.bin")});
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(run.out, "saved the state of Spatiola to " + path("after.bin") + "\n");
   const std::vector<std::string> reports = editReports();

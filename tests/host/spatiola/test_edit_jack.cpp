@@ -20,10 +20,8 @@ using EditJackTest = JackTest;
 // "3" typed as the input count: a third port, wired as the first two were, on the same client.
 // Then the server goes: the editor runs on to its end, which says so.
 TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPortAndTheServersEndIsSaid) {
-  {
-    std::ofstream script(path("count.txt"));
-    script << "wait 1000\nclick 692 27\nkey end\nkey backspace\ntype 3\nwait 2000\n";
-  }
+  std::ofstream(path("count.txt")) << "wait 1000\nclick 692 27\nkey end\nkey backspace\ntype 3\n"
+                                   << "wait 2000\n";
   JackServer server;
   ProbeClient probe(server.name(), {0.1f, 0.2f, 0.3f}, 0);
   LiveProgram edit(server.name(),
@@ -36,8 +34,7 @@ TEST_F(EditJackTest, CountTypedInTheEditorAddsAWiredPortAndTheServersEndIsSaid) 
   };
   ASSERT_TRUE(eventually([&] { return wired(1) && wired(2); })) << edit.err();
   EXPECT_TRUE(probe.ports("^spatiola:in_3$").empty());
-  EXPECT_TRUE(eventually([&] { return wired(3); })) << edit.err();
-  EXPECT_TRUE(wired(1) && wired(2));
+  EXPECT_TRUE(eventually([&] { return wired(1) && wired(2) && wired(3); })) << edit.err();
   server.kill();
   EXPECT_EQ(edit.wait(), 1);
   const std::string said = "spatiola: the JACK server stopped (";
@@ -62,11 +59,8 @@ nlohmann::json firstInput(const CommandResult& sceneExport) {
 // state with the recorded CSV moves where the recording says and ends where the editor did.
 TEST_F(EditJackTest, RecordedGesturesRenderOfflineToTheBlock) {
   writeLevels(path("tone.wav"), {0.5}, 48000);
-  {
-    std::ofstream script(path("drags.txt"));
-    script << "wait 300\ndrag 203 188 20 0\nwait 300\ndrag 223 188 0 30\nwait 300\n"
-           << "set in 1 X 0.8\nwait 300\n";
-  }
+  std::ofstream(path("drags.txt")) << "wait 300\ndrag 203 188 20 0\nwait 300\ndrag 223 188 0 30\n"
+                                   << "wait 300\nset in 1 X 0.8\nwait 300\n";
   {
     JackServer server;
     const CommandResult edit = spatiola(

@@ -1,6 +1,5 @@
 // spatiola edit on a screen: the editor in a window of a private X server, edited with the real
-// mouse and keyboard and closed as a window manager closes it, saving the state; and the error
-// without a display.
+// mouse and keyboard and closed as a window manager closes it, saving the state.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -26,15 +25,6 @@ bool xdotool(unsigned long window, const std::string& commands) {
 
 void pause(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
-
-TEST_F(EditWindow, WithoutADisplayItSaysWhatToUseInstead) {
-  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) unsetenv(name);
-  const CommandResult noDisplay = spatiola({"edit"});
-  EXPECT_EQ(noDisplay.exitCode, 1);
-  EXPECT_EQ(noDisplay.err,
-            "spatiola: cannot open a window: no display (DISPLAY and WAYLAND_DISPLAY are not set); "
-            "without a display use --headless --script FILE\n");
 }
 
 // Input 1 dragged right, "3" typed as the input count, input 1 renamed.
