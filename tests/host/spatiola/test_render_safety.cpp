@@ -82,10 +82,8 @@ TEST_F(RenderSafety, OversAreCountedInTheTableAndWarnedOf) {
   EXPECT_TRUE(run.out.starts_with("rendered 1000 samples (2 -> 2 channels, 48000 Hz) to ") &&
               contains(run.out, "3.52       3.52     1000\n2    2"))
       << run.out;
-  EXPECT_TRUE(
-      run.out.ends_with("overs: 1000 samples above 0 dBFS in channel 1, clipped in the "
-                        "file\n"))
-      << run.out;
+  const std::string overs = "overs: 1000 samples above 0 dBFS in channel 1, clipped in the file\n";
+  EXPECT_TRUE(run.out.ends_with(overs)) << run.out;
   EXPECT_EQ(run.err, "warning: 1000 samples clipped in " + path("out.wav") +
                          ": its integer format holds nothing above 0 dBFS; lower the level to "
                          "keep them\n");
@@ -114,6 +112,12 @@ TEST_F(RenderSafety, NotesSayWhatTheRenderCannotDo) {
        0.5,
        48000,  // the change at 1 s falls just after the last sample
        "note: automation after the end of the input (48000 samples) is not applied\n"},
+      {nullptr,
+       {"--plugin", kProbe, "--set", "gain=1"},  // doubled: one over, kept in floats
+       0.75,
+       1,
+       "warning: 1 sample in " + path("out.wav") +
+           " is above 0 dBFS; the floating-point file keeps it, an integer format would clip it\n"},
       {nullptr,
        {"--plugin", kProbe},
        NAN,
