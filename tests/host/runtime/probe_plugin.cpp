@@ -1,13 +1,10 @@
-// A tiny VST 2.x plug-in that the host tests load: it scales every input by 2 x "gain" (unity at
-// the default 0.5) and reports what the host offered it through its state block, a text of
-// key=value lines, with the calls the host made in order. Like plug-ins of common frameworks it
-// ignores parameters and state before effOpen, and like some plug-ins it crashes on an empty
-// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down; PROBE_INPUTS sets its
-// number of inputs.
-// Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
-// null), legacy (exports only "main"), float (no double precision), inline (an inline view that
-// paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
-// state block), needs-library (links a library the loader cannot find).
+// A tiny VST 2.x plug-in the host tests load: it scales every input by 2 x "gain" and reports,
+// as its state block of key=value lines, what the host offered it and the calls it made. Like
+// plug-ins of common frameworks it ignores parameters and state before effOpen; like some, it
+// crashes on an empty block. PROBE_PROCESS_SLEEP_US slows every block; PROBE_INPUTS sets its
+// input count. Variants by define: crash (in effSetChunk), refusing (null from its entry), legacy
+// (only "main"), float (no doubles), inline (paints what the host passed; "mode" >= 0.5
+// declines), synth (no inputs or state), needs-library (links one the loader cannot find).
 #include <signal.h>
 #include <unistd.h>
 
@@ -15,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "platform/daub.h"
 #include "platform/host_functions.h"
@@ -149,10 +147,25 @@ VstIntPtr copyText(void* ptr, const char* text) {
   return 1;
 }
 
+// Calls only logged, with their value ('v'), their float argument ('o') or nothing (' ').
+constexpr std::tuple<std::int32_t, const char*, char> kLoggedCalls[] = {
+    {effSetSampleRate, "rate", 'o'},
+    {effSetBlockSize, "block", 'v'},
+    {effSetProcessPrecision, "precision", 'v'},
+    {effMainsChanged, "mains", 'v'},
+    {effStartProcess, "start", ' '},
+    {effStopProcess, "stop", ' '}};
+
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
                      void* ptr, float opt) {
   Probe* probe = probeOf(effect);
   if (probe == nullptr) return 0;
+  for (const auto& [logged, name, argument] : kLoggedCalls) {
+    if (logged != opcode) continue;
+    const VstIntPtr number = argument == 'o' ? static_cast<VstIntPtr>(opt) : value;
+    logCall(*probe, argument == ' ' ? name : name + (" " + std::to_string(number)));
+    return 0;
+  }
   switch (opcode) {
     case effOpen:
       logCall(*probe, "open");
@@ -162,24 +175,6 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
     case effClose:
       logCall(*probe, "close");
       delete probe;
-      return 0;
-    case effSetSampleRate:
-      logCall(*probe, "rate " + std::to_string(static_cast<int>(opt)));
-      return 0;
-    case effSetBlockSize:
-      logCall(*probe, "block " + std::to_string(value));
-      return 0;
-    case effSetProcessPrecision:
-      logCall(*probe, "precision " + std::to_string(value));
-      return 0;
-    case effMainsChanged:
-      logCall(*probe, "mains " + std::to_string(value));
-      return 0;
-    case effStartProcess:
-      logCall(*probe, "start");
-      return 0;
-    case effStopProcess:
-      logCall(*probe, "stop");
       return 0;
     case effGetParamName:
       return copyText(ptr, index == 0 ? "gain" : "mode, with comma");

@@ -1,8 +1,7 @@
 // What a plug-in's window procedure draws through the drawing-context names lands in the picture
-// where Win32 would put it; the edit text model keeps whole UTF-8 characters.
+// where Win32 would put it.
 #include "host/graphics/bitmap.h"
 #include "host/graphics/drawing.h"
-#include "host/window/controls/edit_buffer.h"
 #include "tests/host/window/window_test_support.h"
 
 using namespace winsys;
@@ -80,52 +79,4 @@ TEST_F(Drawing, ContextsDrawWhereWin32Would) {
   // Handles of another kind or of nothing are refused.
   bound<PlaskId::BitBlt>()(reinterpret_cast<HDC>(&white), 0, 0, 5, 5, sprite->getDC(), 0, 0, 0);
   EXPECT_EQ(bound<PlaskId::GetDC>()(reinterpret_cast<HWND>(&white)), nullptr);
-}
-
-TEST(EditBuffer, EditsWholeCharacters) {
-  struct Step {
-    const char* what;
-    void (*act)(EditBuffer&);
-    const char* text;
-    std::size_t caret, anchor;
-  };
-  const Step steps[] = {
-      {"type", [](EditBuffer& b) { b.replaceSelection("aé b"); }, "aé b", 5, 5},
-      {"left over a space",
-       [](EditBuffer& b) {
-         b.moveByCharacter(-1, false);
-         b.moveByCharacter(-1, false);
-       },
-       "aé b", 3, 3},
-      {"select é", [](EditBuffer& b) { b.moveByCharacter(-1, true); }, "aé b", 1, 3},
-      {"backspace takes it whole", [](EditBuffer& b) { b.eraseBackward(); }, "a b", 1, 1},
-      {"delete the space", [](EditBuffer& b) { b.eraseForward(); }, "ab", 1, 1},
-      {"word", [](EditBuffer& b) { b.selectWordAt(1); }, "ab", 2, 0},
-      {"mid-character selection snaps",
-       [](EditBuffer& b) {
-         b.setText("éé");
-         b.select(1, 3);
-       },
-       "éé", 2, 0},
-      {"limit",
-       [](EditBuffer& b) {
-         b.setLimit(3);
-         b.moveTo(4, false);
-         b.replaceSelection("ü");
-       },
-       "éé", 4, 4},
-      {"limit cuts at a character",
-       [](EditBuffer& b) {
-         b.setLimit(6);
-         b.replaceSelection("üü");
-       },
-       "ééü", 6, 6},
-  };
-  EditBuffer buffer;
-  for (const Step& step : steps) {
-    step.act(buffer);
-    EXPECT_EQ(buffer.text(), step.text) << step.what;
-    EXPECT_EQ((std::array{buffer.caret(), buffer.anchor()}), (std::array{step.caret, step.anchor}))
-        << step.what;
-  }
 }
