@@ -15,15 +15,16 @@ const char* const kStrings[] = {nullptr, "__PLASK_LABEL", "Speakers:", "KESTELhf
                                 "Zoom",  "__PLASK_GROUP", "Room"};
 
 template <typename Word>
-std::array<ControlTemplate, 3> decodeSample() {
+std::vector<ControlTemplate> decodeSample() {
   const PlaskControlRecordOf<Word> records[] = {
       {1, -1, 2, 1259, 299, 10, 50, 8, 0x10000},
       {4, 1078, 3, 0x10000, 324, 217, 111, 13, 0},
       {5, 0, 6, 1000, 7, 251, 217, 162, 0},
   };
   const auto stringAt = [](Word field) { return kStrings[static_cast<std::size_t>(field)]; };
-  return {decodeControlRecord(records[0], stringAt), decodeControlRecord(records[1], stringAt),
-          decodeControlRecord(records[2], stringAt)};
+  std::vector<ControlTemplate> decoded;
+  for (const auto& record : records) decoded.push_back(decodeControlRecord(record, stringAt));
+  return decoded;
 }
 
 HWND probeCreator(HWND parent, int id, const char* className, int style, int x, int y, int w,
@@ -56,57 +57,39 @@ class Dialogs : public WindowTest {
 
 TEST(ControlRecords, BothWidthsDecodeAlike) {
   static_assert(sizeof(PlaskControlRecord32) == 36 && sizeof(PlaskControlRecord64) == 72);
-  const auto narrow = decodeSample<std::int32_t>();
-  const auto wide = decodeSample<std::int64_t>();
-  for (std::size_t i = 0; i < narrow.size(); ++i) {
-    for (const auto& c : {narrow[i], wide[i]}) {
-      const ControlTemplate expected[] = {
-          {"Static", "Speakers:", true, 1259, 0x10000 | SS_LEFT, 0, 299, 10, 50, 8},
-          {"KESTELhfader", "Zoom", false, 1078, 0x10000, 0, 324, 217, 111, 13},
-          {"Button", "Room", true, 1000, BS_GROUPBOX, 0, 7, 251, 217, 162}};
-      const ControlTemplate& e = expected[i];
-      EXPECT_EQ(std::tie(c.className, c.text, c.builtin, c.id, c.style, c.exStyle),
-                std::tie(e.className, e.text, e.builtin, e.id, e.style, e.exStyle))
-          << i;
-      EXPECT_EQ((std::array{c.x, c.y, c.width, c.height}),
-                (std::array{e.x, e.y, e.width, e.height}));
-    }
+  const auto fields = [](const ControlTemplate& c) {
+    return std::tuple(c.className, c.text, c.builtin, c.id, c.style, c.exStyle, c.x, c.y, c.width,
+                      c.height);
+  };
+  const ControlTemplate expected[] = {
+      {"Static", "Speakers:", true, 1259, 0x10000 | SS_LEFT, 0, 299, 10, 50, 8},
+      {"KESTELhfader", "Zoom", false, 1078, 0x10000, 0, 324, 217, 111, 13},
+      {"Button", "Room", true, 1000, BS_GROUPBOX, 0, 7, 251, 217, 162}};
+  for (const auto& decoded : {decodeSample<std::int32_t>(), decodeSample<std::int64_t>()}) {
+    for (std::size_t i = 0; i < decoded.size(); ++i)
+      EXPECT_EQ(fields(decoded[i]), fields(expected[i])) << i;
   }
 }
 
-TEST_F(Dialogs, TemplateControlsComeOutAtTheDialogsScale) {
-  struct Expected {
-    int id;
-    const char* className;
-    RECT at100;  // x, y, right, bottom in pixels
-  };
-  const Expected table[] = {{kName, "Static", {8, 10, 56, 26}},
-                            {kEdit, "Edit", {60, 6, 180, 30}},
-                            {kCombo, "ComboBox", {8, 36, 128, 60}},  // one row high, not 60
-                            {kLock, "Button", {8, 68, 88, 88}},
-                            {kKnob, "KESTELknob", {12, 120, 40, 148}},
-                            {kHot, "HotTrackButton", {12, 160, 28, 176}},
-                            {kProbe, "ProbeView", {208, 8, 288, 88}},
-                            {kUnknown, "NoSuchClass", {208, 100, 248, 120}}};
-  for (const int scale : {256, 512}) {
-    open(scale);
-    ASSERT_NE(dialog, nullptr);
-    RECT client = window(dialog)->clientRect();
-    EXPECT_EQ((std::array{client.right, client.bottom}),
-              (std::array{300 * scale / 256, 200 * scale / 256}));
-    for (const Expected& e : table) {
-      const HWND control = driver->control(dialog, e.id);
-      ASSERT_NE(control, nullptr) << e.id;
-      EXPECT_EQ(window(control)->className, e.className);
-      EXPECT_TRUE(window(control)->visible) << e.id;
-      const RECT r = rectOf(e.id);
-      const int k = scale / 256;
-      EXPECT_EQ(
-          (std::array{r.left, r.top, r.right, r.bottom}),
-          (std::array{e.at100.left * k, e.at100.top * k, e.at100.right * k, e.at100.bottom * k}))
-          << e.id << " at " << scale;
-    }
-    system->destroy(system->topLevelWindows().front());
+// Positions at 100 % and of the host's controls at 200 % are pinned by the reference pictures.
+TEST_F(Dialogs, CustomAndUnknownControlsComeOutAtTheDialogsScale) {
+  open(512);
+  ASSERT_NE(dialog, nullptr);
+  const RECT client = window(dialog)->clientRect();
+  EXPECT_EQ((std::array{client.right, client.bottom}), (std::array{600, 400}));
+  const std::tuple<int, const char*, RECT> table[] = {
+      {kCombo, "ComboBox", {16, 72, 256, 120}},  // one row high, not 60 units
+      {kProbe, "ProbeView", {416, 16, 576, 176}},
+      {kUnknown, "NoSuchClass", {416, 200, 496, 240}}};
+  for (const auto& [id, className, rect] : table) {
+    const HWND control = driver->control(dialog, id);
+    ASSERT_NE(control, nullptr) << id;
+    EXPECT_EQ(window(control)->className, className);
+    EXPECT_TRUE(window(control)->visible) << id;
+    const RECT r = rectOf(id);
+    EXPECT_EQ((std::array{r.left, r.top, r.right, r.bottom}),
+              (std::array{rect.left, rect.top, rect.right, rect.bottom}))
+        << id;
   }
 }
 
@@ -122,15 +105,7 @@ TEST_F(Dialogs, InitDialogGetsTheParameterAndMakeFunctionsUseTheCurrentParameter
             nullptr);
   // After the template the caller's parameters hold: unscaled, in the parent given.
   makeSetCurParms(*system, 1.0f, 1.0f, 5, 0, dialog, false, false);
-  ControlTemplate field;
-  field.className = "Edit";
-  field.builtin = true;
-  field.id = 99;
-  field.x = 10;
-  field.y = 20;
-  field.width = 94;
-  field.height = 24;
-  const HWND edit = makeControl(*system, field);
+  const HWND edit = makeControl(*system, {"Edit", "", true, 99, 0, 0, 10, 20, 94, 24});
   EXPECT_EQ(driver->rectIn(edit, dialog).left, 15);
   EXPECT_EQ(driver->rectIn(edit, dialog).right, 109);
   EXPECT_EQ(system->childById(window(dialog), 99), window(edit));
