@@ -30,14 +30,12 @@ std::vector<ControlTemplate> decodeSample() {
 HWND probeCreator(HWND parent, int id, const char* className, int style, int x, int y, int w,
                   int h) {
   if (std::string(className) != "ProbeView") return nullptr;
-  CreateParams params;
-  params.className = "ProbeView";
-  params.parent = parent;
-  params.id = id;
-  params.style = style | WS_VISIBLE;
-  params.rect = sized(x, y, w, h);
-  params.proc = recordingWindowProc;
-  return WindowSystem::current()->create(params);
+  return WindowSystem::current()->create({.className = "ProbeView",
+                                          .style = style | WS_VISIBLE,
+                                          .rect = sized(x, y, w, h),
+                                          .parent = parent,
+                                          .id = id,
+                                          .proc = recordingWindowProc});
 }
 
 class Dialogs : public WindowTest {

@@ -49,12 +49,7 @@ TEST_F(Drawing, ContextsDrawWhereWin32Would) {
   graphics::DAUB_Clear(sprite, 0xFFFF0000);
   graphics::DAUB_FillRect(sprite, 4, 4, 4, 4, 0xFF00FF00, 1.0f, 0);
   const HWND top = frame(120, 80);
-  CreateParams params;
-  params.parent = top;
-  params.rect = {0, 0, 120, 80};
-  params.style = WS_VISIBLE;
-  params.proc = paintingProc;
-  const HWND view = system->create(params);
+  const HWND view = child(top, 0, {0, 0, 120, 80}, WS_VISIBLE, paintingProc);
   const auto picture = system->render(window(view));
   ASSERT_NE(picture, nullptr);
   struct Probe {

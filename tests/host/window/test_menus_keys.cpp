@@ -12,12 +12,7 @@ class MenusAndKeys : public WindowTest {
  public:
   MenusAndKeys() {
     top = frame(400, 300);
-    CreateParams params;
-    params.parent = top;
-    params.rect = {0, 0, 400, 300};
-    params.style = WS_VISIBLE | WS_TABSTOP;
-    params.proc = recordingWindowProc;
-    target = system->create(params);
+    target = child(top, 0, {0, 0, 400, 300}, WS_VISIBLE | WS_TABSTOP);
     system->setFocus(window(target));
     menu = system->menus().create();
     auto& menus = system->menus();

@@ -10,23 +10,13 @@ namespace {
 
 class WindowTree : public WindowTest {
  protected:
-  HWND child(HWND parent, int id, RECT rect = {0, 0, 20, 20}, LONG_PTR style = WS_VISIBLE) {
-    CreateParams params;
-    params.parent = parent;
-    params.id = id;
-    params.rect = rect;
-    params.style = style;
-    params.proc = recordingWindowProc;
-    return system->create(params);
-  }
-  // (id, message) of what the recording windows got, for the messages asked.
-  std::vector<std::pair<int, UINT>> trace(const std::map<HWND, int>& ids,
-                                          std::initializer_list<UINT> messages) const {
-    std::vector<std::pair<int, UINT>> out;
+  // "<id><c|d|n> " for each WM_CREATE, WM_DESTROY and WM_NCDESTROY the recording windows got.
+  std::string trace(const std::map<HWND, int>& ids) const {
+    const std::map<UINT, const char*> kinds{
+        {WM_CREATE, "c "}, {WM_DESTROY, "d "}, {WM_NCDESTROY, "n "}};
+    std::string out;
     for (const Recorded& r : recorded()) {
-      if (std::find(messages.begin(), messages.end(), r.message) != messages.end()) {
-        out.emplace_back(ids.at(r.window), r.message);
-      }
+      if (kinds.contains(r.message)) out += std::to_string(ids.at(r.window)) + kinds.at(r.message);
     }
     return out;
   }
@@ -38,20 +28,10 @@ TEST_F(WindowTree, CreateAndDestroySendTheirMessagesChildrenFirst) {
   const HWND top = frame();
   const HWND a = child(top, 1), b = child(a, 2), c = child(a, 3), d = child(b, 4);
   const std::map<HWND, int> ids{{a, 1}, {b, 2}, {c, 3}, {d, 4}};
-  EXPECT_EQ(trace(ids, {WM_CREATE}),
-            (std::vector<std::pair<int, UINT>>{
-                {1, WM_CREATE}, {2, WM_CREATE}, {3, WM_CREATE}, {4, WM_CREATE}}));
+  EXPECT_EQ(trace(ids), "1c 2c 3c 4c ");
   recorded().clear();
   EXPECT_EQ(bound<PlaskId::DestroyWindow>()(a), 1);
-  EXPECT_EQ(trace(ids, {WM_DESTROY, WM_NCDESTROY}),
-            (std::vector<std::pair<int, UINT>>{{4, WM_DESTROY},
-                                               {4, WM_NCDESTROY},
-                                               {2, WM_DESTROY},
-                                               {2, WM_NCDESTROY},
-                                               {3, WM_DESTROY},
-                                               {3, WM_NCDESTROY},
-                                               {1, WM_DESTROY},
-                                               {1, WM_NCDESTROY}}));
+  EXPECT_EQ(trace(ids), "4d 4n 2d 2n 3d 3n 1d 1n ");
   // Destroyed and foreign handles are refused, not read.
   int notAWindow = 0;
   for (HWND gone : {a, b, c, d, reinterpret_cast<HWND>(&notAWindow)}) {
