@@ -50,6 +50,8 @@ struct Probe {
 
 int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
 char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
+HINSTANCE boundModule = nullptr;
+DWORD (*boundModuleFileName)(HINSTANCE, char*, DWORD) = nullptr;
 std::string callLog;  // every instance's calls, for probe_call_log()
 
 void logCall(Probe& probe, const std::string& call) {
@@ -70,11 +72,13 @@ VstIntPtr call(Probe& probe, std::int32_t opcode, std::int32_t index = 0, VstInt
 }
 
 std::string report(const Probe& probe) {
-  char text[1024];
+  char text[2048], moduleFile[512] = "";
+  if (boundModuleFileName != nullptr)
+    boundModuleFileName(boundModule, moduleFile, sizeof moduleFile);
   std::snprintf(text, sizeof(text),
-                "track_channels=%d\nbound_names=%d\ndll_main=%d\nini_file=%s\nslider_top_db=%.3f\n"
-                "idle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
-                probe.trackChannels, boundNames, dllMainCalls, probe.iniFile.c_str(),
+                "track_channels=%d\nbound_names=%d\ndll_main=%d\nmodule_file=%s\n"
+                "ini_file=%s\nslider_top_db=%.3f\nidle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
+                probe.trackChannels, boundNames, dllMainCalls, moduleFile, probe.iniFile.c_str(),
                 probe.sliderAtTop, probe.idleCalls, probe.processCalls, probe.gain);
   return text + ("calls=" + probe.calls + "\n");
 }
@@ -312,12 +316,15 @@ PROBE_EXPORT const char* probe_call_log() {
   return callLog.c_str();
 }
 
-PROBE_EXPORT int PLASK_dllMain(HINSTANCE /*module*/, int reason, PlaskGetter getter) {
+PROBE_EXPORT int PLASK_dllMain(HINSTANCE module, int reason, PlaskGetter getter) {
   if (reason != 1) return 1;
   if (getter == nullptr) return 0;
   boundNames = 0;
   for (const char* name : kPlaskNames) boundNames += getter(name) != nullptr ? 1 : 0;
   boundLstrcpyn = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn"));
+  boundModule = module;
+  boundModuleFileName =
+      reinterpret_cast<DWORD (*)(HINSTANCE, char*, DWORD)>(getter("GetModuleFileName"));
   return 1;
 }
 

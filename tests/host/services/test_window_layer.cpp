@@ -61,20 +61,6 @@ TEST(WindowTable, EveryNameResolvesToTheWindowSystemOrTheFailureAnswer) {
   EXPECT_EQ(findWindowFunction("NoSuchFunction"), nullptr);
 }
 
-TEST(WindowTable, ModuleFileNamesAndSystemColours) {
-  int module = 0;
-  winsys::registerModuleFile(reinterpret_cast<HINSTANCE>(&module), "/opt/fx/spatiola.so");
-  char path[12];
-  const auto moduleFileName = bound<PlaskId::GetModuleFileName>();
-  EXPECT_EQ(moduleFileName(reinterpret_cast<HINSTANCE>(&module), path, sizeof path), 11u);
-  EXPECT_STREQ(path, "/opt/fx/spa") << "cut to the buffer, terminated";
-  EXPECT_EQ(moduleFileName(reinterpret_cast<HINSTANCE>(path), path, sizeof path), 0u);
-  const auto sysColor = bound<PlaskId::GetSysColor>();
-  EXPECT_EQ(sysColor(COLOR_ACTIVECAPTION) & 0xFF, (sysColor(COLOR_ACTIVECAPTION) >> 16) & 0xFF)
-      << "a neutral grey, whichever byte order a plug-in reads";
-  EXPECT_NE(sysColor(COLOR_WINDOWTEXT), sysColor(COLOR_WINDOW));
-}
-
 // lstrcpyn's cut is checked through a plug-in that binds it; here its edges and MulDiv's rounding.
 TEST(WindowUtilities, StringsArithmeticAndRectangles) {
   char text[8] = "keep";
