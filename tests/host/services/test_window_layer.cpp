@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <iterator>
-#include <set>
-#include <sstream>
 #include <string>
 
 #include "host/services/window_table.h"
@@ -32,29 +29,24 @@ HWND creatorB(HWND, int, const char*, int, int, int, int, int) {
 }  // namespace
 
 TEST(WindowTable, EveryNameResolvesToTheWindowSystemOrTheFailureAnswer) {
-  std::istringstream utilityNames(
-      "lstrcpyn MulDiv GetTickCount Sleep WinIntersectRect WinOffsetRect WinSetRect WinUnionRect "
+  const std::string utilities =
+      " lstrcpyn MulDiv GetTickCount Sleep WinIntersectRect WinOffsetRect WinSetRect WinUnionRect "
       "PLASK_RegisterCustomControlCreator PLASK_UnregisterCustomControlCreator "
       "GetPrivateProfileInt GetPrivateProfileString GetPrivateProfileSection "
       "GetPrivateProfileStruct WritePrivateProfileString WritePrivateProfileSection "
-      "WritePrivateProfileStruct CreateFontIndirect");
-  std::set<std::string> expectedReal{std::istream_iterator<std::string>(utilityNames), {}};
-  for (int i = 0; i < kPlaskFunctionCount; ++i) {
-    if (winsys::findWindowApiFunction(static_cast<PlaskId>(i)) != nullptr) {
-      expectedReal.insert(kPlaskNames[i]);
-    }
-  }
-  std::set<std::string> real;
+      "WritePrivateProfileStruct CreateFontIndirect ";
   const WindowFunctionEntry* table = windowFunctionTable();
+  int realCount = 0;
   for (int i = 0; i < kPlaskFunctionCount; ++i) {
-    EXPECT_EQ(findWindowFunction(kPlaskNames[i]), table[i].address) << kPlaskNames[i];
-    if (table[i].kind != WindowFunctionKind::Headless) real.insert(table[i].name);
-    if (table[i].kind == WindowFunctionKind::Headless) {
-      EXPECT_EQ(table[i].address, reinterpret_cast<void*>(&headlessWindowFunction));
-    }
+    const std::string name = kPlaskNames[i];
+    const bool real = winsys::findWindowApiFunction(static_cast<PlaskId>(i)) != nullptr ||
+                      utilities.find(" " + name + " ") != std::string::npos;
+    realCount += real ? 1 : 0;
+    EXPECT_EQ(findWindowFunction(name.c_str()), table[i].address) << name;
+    EXPECT_EQ(table[i].kind != WindowFunctionKind::Headless, real) << name;
+    EXPECT_EQ(table[i].address == reinterpret_cast<void*>(&headlessWindowFunction), !real) << name;
   }
-  EXPECT_EQ(real, expectedReal);
-  EXPECT_GT(real.size(), 120u);
+  EXPECT_GT(realCount, 120);
   // Without a window system the window functions fail as a system without a display does.
   EXPECT_EQ(bound<PlaskId::GetDlgItem>()(nullptr, 5), nullptr);
   EXPECT_EQ(bound<PlaskId::CreatePopupMenu>()(), nullptr);

@@ -139,27 +139,3 @@ TEST_F(Dialogs, ItemHelpersReadAndWriteTheControls) {
   EXPECT_EQ(bound<PlaskId::GetClassName>()(driver->control(dialog, kFader), text, sizeof text), 12);
   EXPECT_STREQ(text, "KESTELhfader");
 }
-
-// The host controls work from the keyboard too: each key press is a gesture of its own.
-TEST_F(Dialogs, HostControlsTakeKeys) {
-  open(256);
-  system->show(window(dialog), true);
-  const HWND fader = driver->control(dialog, kFader), knob = driver->control(dialog, kKnob);
-  system->setFocus(window(fader));
-  for (const int key : {VK_RIGHT, VK_NEXT, VK_END, VK_HOME}) driver->key(key);
-  driver->key(VK_LEFT, kModShift);
-  std::vector<int> positions;
-  for (const Recorded& r : received(WM_HSCROLL)) {
-    if (lowWord(r.wParam) == SB_THUMBTRACK) positions.push_back(highWord(r.wParam));
-  }
-  EXPECT_EQ(positions, (std::vector<int>{10, 110, 1000, 0})) << "nothing below the minimum";
-  EXPECT_EQ(received(WM_HSCROLL).back().wParam, makeWParam(SB_ENDSCROLL, 0));
-  recorded().clear();
-  system->setFocus(window(knob));
-  driver->key(VK_UP);
-  driver->key(VK_DOWN, kModShift);
-  std::vector<LPARAM> steps;
-  for (const Recorded& r : received(WM_COMMAND)) steps.push_back(r.lParam);
-  EXPECT_EQ(steps, (std::vector<LPARAM>{(kKnobCentre + 4 * 1638) | kKnobGestureEnd,
-                                        (kKnobCentre - 1638) | kKnobGestureEnd}));
-}

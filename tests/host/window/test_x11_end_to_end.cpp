@@ -86,11 +86,9 @@ TEST(SdlInX11, ClicksDragsAndTypingReachTheDialog) {
   WindowSystem::setCurrent(nullptr);
 }
 
+// Letters, digits, space, End and BackSpace are typed end to end.
 TEST(SdlKeys, MapToTheVirtualKeysOfWin32) {
-  const std::pair<int, int> keys[] = {{SDLK_a, 'A'},
-                                      {SDLK_z, 'Z'},
-                                      {SDLK_7, '7'},
-                                      {SDLK_RETURN, VK_RETURN},
+  const std::pair<int, int> keys[] = {{SDLK_RETURN, VK_RETURN},
                                       {SDLK_RSHIFT, VK_SHIFT},
                                       {SDLK_RALT, VK_MENU},
                                       {SDLK_PAGEDOWN, VK_NEXT},
