@@ -28,10 +28,9 @@ namespace {
 constexpr std::int32_t kProbeId = fourCharCode('p', 'r', 'b', 'e');
 constexpr int kParameterCount = 2;
 // effVendorSpecific indexes the tests use to make the probe call its host.
-constexpr std::int32_t kReportEdit = 1000;       // begin edit, automate, end edit of parameter 0
-constexpr std::int32_t kChangeOutputs = 1001;    // value: new output count, then IOChanged
-constexpr std::int32_t kAnnounceCounts = 1002;   // the extension's channel-count notification
-constexpr std::int32_t kCallWindowLayer = 1003;  // lstrcpyn through the bound table into ptr
+constexpr std::int32_t kReportEdit = 1000;      // begin edit, automate, end edit of parameter 0
+constexpr std::int32_t kChangeOutputs = 1001;   // value: new output count, then IOChanged
+constexpr std::int32_t kAnnounceCounts = 1002;  // the extension's channel-count notification
 
 struct Probe {
   AEffect effect{};
@@ -48,8 +47,8 @@ struct Probe {
   std::string calls;  // this instance's, comma-separated
 };
 
-int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
-char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
+int boundNames = 0, dllMainCalls = 0;    // the module's binding, before any instance
+char copiedThroughWindowLayer[16] = "";  // lstrcpyn called through the bound table
 HINSTANCE boundModule = nullptr;
 DWORD (*boundModuleFileName)(HINSTANCE, char*, DWORD) = nullptr;
 std::string callLog;  // every instance's calls, for probe_call_log()
@@ -76,10 +75,11 @@ std::string report(const Probe& probe) {
   if (boundModuleFileName != nullptr)
     boundModuleFileName(boundModule, moduleFile, sizeof moduleFile);
   std::snprintf(text, sizeof(text),
-                "track_channels=%d\nbound_names=%d\ndll_main=%d\nmodule_file=%s\n"
+                "track_channels=%d\nbound_names=%d\nlstrcpyn=%s\ndll_main=%d\nmodule_file=%s\n"
                 "ini_file=%s\nslider_top_db=%.3f\nidle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
-                probe.trackChannels, boundNames, dllMainCalls, moduleFile, probe.iniFile.c_str(),
-                probe.sliderAtTop, probe.idleCalls, probe.processCalls, probe.gain);
+                probe.trackChannels, boundNames, copiedThroughWindowLayer, dllMainCalls, moduleFile,
+                probe.iniFile.c_str(), probe.sliderAtTop, probe.idleCalls, probe.processCalls,
+                probe.gain);
   return text + ("calls=" + probe.calls + "\n");
 }
 
@@ -123,6 +123,7 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
   }
 #else
   (void)opt;
+  (void)ptr;
 #endif
   switch (index) {
     case kReportEdit:
@@ -137,10 +138,6 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
       probe.effect.numParams = kParameterCount;
       return call(probe, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyChannelCounts,
                   reinterpret_cast<void*>(value));  // NOLINT(performance-no-int-to-ptr)
-    case kCallWindowLayer:
-      if (boundLstrcpyn == nullptr || ptr == nullptr) return 0;
-      boundLstrcpyn(static_cast<char*>(ptr), "window layer", 7);
-      return 1;
     default:
       return 0;
   }
@@ -321,7 +318,8 @@ PROBE_EXPORT int PLASK_dllMain(HINSTANCE module, int reason, PlaskGetter getter)
   if (getter == nullptr) return 0;
   boundNames = 0;
   for (const char* name : kPlaskNames) boundNames += getter(name) != nullptr ? 1 : 0;
-  boundLstrcpyn = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn"));
+  if (const auto copy = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn")))
+    copy(copiedThroughWindowLayer, "window layer", 7);
   boundModule = module;
   boundModuleFileName =
       reinterpret_cast<DWORD (*)(HINSTANCE, char*, DWORD)>(getter("GetModuleFileName"));

@@ -1,5 +1,5 @@
-// Dialogs from the plug-in's records: both record widths, the template at the dialog's scale,
-// custom control creators, WM_INITDIALOG, and controls made one by one.
+// Dialogs from the plug-in's records (the native width; the layout is asserted beside it): the
+// template at the dialog's scale, custom control creators, WM_INITDIALOG, controls made one by one.
 #include <array>
 
 #include "host/window/control_registry.h"
@@ -9,23 +9,6 @@
 using namespace winsys;
 
 namespace {
-
-// Records of either width whose text fields index this table.
-const char* const kStrings[] = {nullptr, "__PLASK_LABEL", "Speakers:", "KESTELhfader",
-                                "Zoom",  "__PLASK_GROUP", "Room"};
-
-template <typename Word>
-std::vector<ControlTemplate> decodeSample() {
-  const PlaskControlRecordOf<Word> records[] = {
-      {1, -1, 2, 1259, 299, 10, 50, 8, 0x10000},
-      {4, 1078, 3, 0x10000, 324, 217, 111, 13, 0},
-      {5, 0, 6, 1000, 7, 251, 217, 162, 0},
-  };
-  const auto stringAt = [](Word field) { return kStrings[static_cast<std::size_t>(field)]; };
-  std::vector<ControlTemplate> decoded;
-  for (const auto& record : records) decoded.push_back(decodeControlRecord(record, stringAt));
-  return decoded;
-}
 
 HWND probeCreator(HWND parent, int id, const char* className, int style, int x, int y, int w,
                   int h) {
@@ -52,22 +35,6 @@ class Dialogs : public WindowTest {
 };
 
 }  // namespace
-
-TEST(ControlRecords, BothWidthsDecodeAlike) {
-  static_assert(sizeof(PlaskControlRecord32) == 36 && sizeof(PlaskControlRecord64) == 72);
-  const auto fields = [](const ControlTemplate& c) {
-    return std::tuple(c.className, c.text, c.builtin, c.id, c.style, c.exStyle, c.x, c.y, c.width,
-                      c.height);
-  };
-  const ControlTemplate expected[] = {
-      {"Static", "Speakers:", true, 1259, 0x10000 | SS_LEFT, 0, 299, 10, 50, 8},
-      {"KESTELhfader", "Zoom", false, 1078, 0x10000, 0, 324, 217, 111, 13},
-      {"Button", "Room", true, 1000, BS_GROUPBOX, 0, 7, 251, 217, 162}};
-  for (const auto& decoded : {decodeSample<std::int32_t>(), decodeSample<std::int64_t>()}) {
-    for (std::size_t i = 0; i < decoded.size(); ++i)
-      EXPECT_EQ(fields(decoded[i]), fields(expected[i])) << i;
-  }
-}
 
 // Positions at 100 % and of the host's controls at 200 % are pinned by the reference pictures.
 TEST_F(Dialogs, CustomAndUnknownControlsComeOutAtTheDialogsScale) {
