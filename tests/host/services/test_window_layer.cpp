@@ -2,28 +2,18 @@
 // failure answer for the rest.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 #include "host/services/window_table.h"
 #include "host/window/api/window_api.h"
-#include "host/window/control_registry.h"
 #include "host/window/key_state.h"
 #include "host/window/window_headless.h"
-#include "tests/host/services/temp_config.h"
 
 namespace {
 
 template <PlaskId Id>
 PlaskFn<Id> bound() {
   return reinterpret_cast<PlaskFn<Id>>(findWindowFunction(kPlaskNames[static_cast<int>(Id)]));
-}
-
-HWND creatorA(HWND, int, const char*, int, int, int, int, int) {
-  return nullptr;
-}
-HWND creatorB(HWND, int, const char*, int, int, int, int, int) {
-  return reinterpret_cast<HWND>(1);
 }
 
 }  // namespace
@@ -53,27 +43,7 @@ TEST(WindowTable, EveryNameResolvesToTheWindowSystemOrTheFailureAnswer) {
   EXPECT_EQ(findWindowFunction("NoSuchFunction"), nullptr);
 }
 
-// lstrcpyn's cut is checked through a plug-in that binds it; here its edges and MulDiv's rounding.
-TEST(WindowUtilities, StringsArithmeticAndRectangles) {
-  char text[8] = "keep";
-  bound<PlaskId::lstrcpyn>()(text, "ignored", 0);
-  EXPECT_STREQ(text, "keep");  // nothing written for a zero limit
-  // Half away from zero; -1 for a zero divisor or an overflow.
-  for (const auto& [number, numerator, denominator, expected] :
-       {std::array{10, 3, 4, 8}, {-10, 1, 4, -3}, {1, 1, 0, -1}, {65536, 65536, 1, -1}})
-    EXPECT_EQ(bound<PlaskId::MulDiv>()(number, numerator, denominator), expected) << number;
-  const auto edges = [](const RECT& r) { return std::array{r.left, r.top, r.right, r.bottom}; };
-  const RECT a{0, 0, 10, 10}, b{5, 5, 20, 20}, touching{10, 0, 20, 10}, empty{3, 3, 3, 9};
-  RECT out{};
-  EXPECT_EQ(bound<PlaskId::WinIntersectRect>()(&out, &a, &b), 1);
-  EXPECT_EQ(edges(out), (std::array{5, 5, 10, 10}));
-  EXPECT_EQ(bound<PlaskId::WinIntersectRect>()(&out, &a, &touching), 0) << "half-open";
-  bound<PlaskId::WinUnionRect>()(&out, &empty, &b);
-  bound<PlaskId::WinOffsetRect>()(&out, -5, 2);
-  EXPECT_EQ(edges(out), (std::array{0, 7, 15, 22}));
-}
-
-TEST(Registrations, KeysFollowTheHostAndControlCreatorsAreKeptOnceInOrder) {
+TEST(KeyState, FollowsTheKeysTheHostHolds) {
   const auto keyState = bound<PlaskId::GetAsyncKeyState>();
   setKeyHeld(VK_SHIFT, true);
   setKeyHeld(VK_CONTROL, true);
@@ -82,33 +52,4 @@ TEST(Registrations, KeysFollowTheHostAndControlCreatorsAreKeptOnceInOrder) {
             (std::array{false, true, false}));
   releaseAllKeys();
   EXPECT_EQ(keyState(VK_CONTROL), 0);
-  for (auto creator : {creatorA, creatorB, creatorA, static_cast<PlaskControlCreator>(nullptr)})
-    bound<PlaskId::PLASK_RegisterCustomControlCreator>()(creator);
-  EXPECT_EQ(registeredControlCreators(), (std::vector<PlaskControlCreator>{creatorA, creatorB}));
-  for (auto creator : {creatorA, creatorB})
-    bound<PlaskId::PLASK_UnregisterCustomControlCreator>()(creator);
-  EXPECT_TRUE(registeredControlCreators().empty());
-}
-
-// Sections and structs share the file handling checked here.
-TEST(ProfileFiles, StringsIntsAndSectionsOnRealFiles) {
-  TempConfig config;
-  const char* file = "plugin.ini";  // relative: in the settings directory
-  const auto write = bound<PlaskId::WritePrivateProfileString>();
-  const auto getString = bound<PlaskId::GetPrivateProfileString>();
-  for (const auto& [section, key, value] : {std::array<const char*, 3>{"view", "zoom", "42"},
-                                            {"view", "name", "a long value"},
-                                            {"other", "k", "v"},
-                                            {"VIEW", "ZOOM", "43"},  // updates, keeps the order
-                                            {"other", nullptr, nullptr}})  // deletes the section
-    ASSERT_EQ(write(section, key, value, file), 1);
-  EXPECT_EQ(bound<PlaskId::GetPrivateProfileInt>()("view", "zoom", -1, file), 43u);
-  char text[64];
-  EXPECT_EQ(getString("view", "name", "def", text, 5, file), 4u);
-  EXPECT_STREQ(text, "a lo");
-  // Null key: the section's keys, zero-separated, ending with an extra zero.
-  EXPECT_EQ(getString("view", nullptr, "", text, sizeof text, file), 10u);
-  EXPECT_EQ(std::string(text, 11), std::string("zoom\0name\0\0", 11));
-  EXPECT_EQ(getString("other", "k", "gone", text, sizeof text, file), 4u);
-  EXPECT_TRUE(std::filesystem::exists(config.dir() + "/spatiola/plugin.ini"));
 }

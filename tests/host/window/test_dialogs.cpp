@@ -75,34 +75,3 @@ TEST_F(Dialogs, InitDialogGetsTheParameterAndMakeFunctionsUseTheCurrentParameter
   EXPECT_EQ(driver->rectIn(edit, dialog).right, 109);
   EXPECT_EQ(system->childById(window(dialog), 99), window(edit));
 }
-
-// The dialog-item helpers the editor refreshes its controls with, through the bound names.
-TEST_F(Dialogs, ItemHelpersReadAndWriteTheControls) {
-  open(256);
-  char text[16];
-  for (const auto& [typed, isSigned, value, valid] :
-       {std::tuple<const char*, BOOL, UINT, BOOL>{"64", 0, 64, 1},
-        {"-3", 1, static_cast<UINT>(-3), 1},
-        {"-3", 0, 0, 0},
-        {"12a", 0, 0, 0},
-        {"", 0, 0, 0}}) {
-    bound<PlaskId::SetDlgItemText>()(dialog, kEdit, typed);
-    BOOL ok = -1;
-    EXPECT_EQ(bound<PlaskId::GetDlgItemInt>()(dialog, kEdit, &ok, isSigned), value) << typed;
-    EXPECT_EQ(ok, valid) << typed;
-  }
-  bound<PlaskId::SetDlgItemInt>()(dialog, kEdit, static_cast<UINT>(-17), 1);
-  EXPECT_EQ(bound<PlaskId::GetDlgItemText>()(dialog, kEdit, text, sizeof text), 3);
-  EXPECT_STREQ(text, "-17");
-  EXPECT_EQ(bound<PlaskId::GetWindowTextLength>()(driver->control(dialog, kEdit)), 3);
-  bound<PlaskId::CheckDlgButton>()(dialog, kLock, BST_CHECKED);
-  EXPECT_EQ(bound<PlaskId::IsDlgButtonChecked>()(dialog, kLock), static_cast<UINT>(BST_CHECKED));
-  EXPECT_EQ(bound<PlaskId::IsDlgButtonChecked>()(dialog, 4242), 0u) << "no such item";
-  bound<PlaskId::EnableWindow>()(driver->control(dialog, kEdit), 0);
-  EXPECT_EQ(bound<PlaskId::IsWindowEnabled>()(driver->control(dialog, kEdit)), 0);
-  EXPECT_TRUE(bound<PlaskId::PLASK_IsButton>()(driver->control(dialog, kLock)));
-  EXPECT_TRUE(bound<PlaskId::PLASK_IsGroupBox>()(driver->control(dialog, kGroup)));
-  EXPECT_TRUE(bound<PlaskId::PLASK_IsStaticText>()(driver->control(dialog, kName)));
-  EXPECT_EQ(bound<PlaskId::GetClassName>()(driver->control(dialog, kFader), text, sizeof text), 12);
-  EXPECT_STREQ(text, "KESTELhfader");
-}

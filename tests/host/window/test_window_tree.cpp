@@ -10,6 +10,7 @@ namespace {
 
 class WindowTree : public WindowTest {
  protected:
+  const HWND top = frame();
   // "<id><c|d|n> " for each WM_CREATE, WM_DESTROY and WM_NCDESTROY the recording windows got.
   std::string trace(const std::map<HWND, int>& ids) const {
     const std::map<UINT, const char*> kinds{
@@ -25,7 +26,6 @@ class WindowTree : public WindowTest {
 }  // namespace
 
 TEST_F(WindowTree, CreateAndDestroySendTheirMessagesChildrenFirst) {
-  const HWND top = frame();
   const HWND a = child(top, 1), b = child(a, 2), c = child(a, 3), d = child(b, 4);
   const std::map<HWND, int> ids{{a, 1}, {b, 2}, {c, 3}, {d, 4}};
   EXPECT_EQ(trace(ids), "1c 2c 3c 4c ");
@@ -39,13 +39,13 @@ TEST_F(WindowTree, CreateAndDestroySendTheirMessagesChildrenFirst) {
     EXPECT_EQ(bound<PlaskId::SendMessage>()(gone, WM_USER, 1, 2), 0);
     EXPECT_EQ(bound<PlaskId::DestroyWindow>()(gone), 0);
     EXPECT_EQ(bound<PlaskId::GetParent>()(gone), nullptr);
+    EXPECT_EQ(bound<PlaskId::GetDC>()(gone), nullptr);
   }
   EXPECT_EQ(bound<PlaskId::GetDlgItem>()(top, 1), nullptr);
   EXPECT_EQ(system->windowCount(), 1u);
 }
 
 TEST_F(WindowTree, GeometryStateAndLookups) {
-  const HWND top = frame();
   const HWND outer = child(top, 10, {30, 40, 230, 140});
   const HWND inner = child(outer, 11, {5, 6, 55, 26});
   POINT p{7, 8};
@@ -80,7 +80,6 @@ TEST_F(WindowTree, GeometryStateAndLookups) {
 }
 
 TEST_F(WindowTree, TabMovesTheFocusOverVisibleEnabledTabStops) {
-  const HWND top = frame();
   const HWND stops[] = {child(top, 1, {0, 0, 9, 9}, WS_VISIBLE | WS_TABSTOP),
                         child(top, 2, {0, 0, 9, 9}, WS_VISIBLE),
                         child(top, 3, {0, 0, 9, 9}, WS_VISIBLE | WS_TABSTOP),
@@ -108,7 +107,6 @@ TEST_F(WindowTree, TabMovesTheFocusOverVisibleEnabledTabStops) {
 }
 
 TEST_F(WindowTree, CaptureKeepsTheMouseAndRightClicksBecomeContextMenus) {
-  const HWND top = frame();
   const HWND a = child(top, 1, {0, 0, 50, 50});
   const HWND b = child(top, 2, {100, 0, 150, 50});
   bound<PlaskId::SetCapture>()(a);
@@ -134,7 +132,6 @@ TEST_F(WindowTree, CaptureKeepsTheMouseAndRightClicksBecomeContextMenus) {
 
 // The driver moves the pointer only where it is not yet: a double click is no drag.
 TEST_F(WindowTree, TheDriverClicksWhereThePointerRestsWithoutMovingIt) {
-  const HWND top = frame();
   const HWND a = child(top, 1, {0, 0, 50, 50});
   driver->doubleClick(a, {10, 10});
   driver->click(a, {12, 10});
@@ -149,7 +146,6 @@ TEST_F(WindowTree, TheDriverClicksWhereThePointerRestsWithoutMovingIt) {
 }
 
 TEST_F(WindowTree, PostedMessagesAndTimersOnTheVirtualClock) {
-  const HWND top = frame();
   const HWND a = child(top, 1);
   bound<PlaskId::PostMessage>()(a, WM_USER + 1, 7, 0);
   EXPECT_TRUE(received(WM_USER + 1).empty()) << "queued, not sent";
@@ -184,7 +180,6 @@ TEST_F(WindowTree, PostedMessagesAndTimersOnTheVirtualClock) {
 }
 
 TEST_F(WindowTree, InvalidatedWindowsRepaintParentsFirstWithTheirUpdateRectangle) {
-  const HWND top = frame();
   const HWND a = child(top, 1, {10, 10, 110, 110});
   const HWND b = child(a, 2, {20, 20, 60, 60});
   const HWND hidden = child(top, 3, {0, 0, 50, 50}, 0);
