@@ -52,7 +52,4 @@ TEST(TextMeasure, CalcRectMeasuresWithoutDrawingAndFollowsHeightsLinesAndLatin1)
   EXPECT_EQ(font->DrawText(nullptr, "Front\r\nBack", -1, &multi, DT_CALCRECT), 2 * 12 + 3);
   EXPECT_EQ(multi.right, measuredWidth(*font, "Front"));
   EXPECT_EQ(measuredWidth(*font, "caf\xE9"), measuredWidth(*font, "caf\xC3\xA9"));
-  int defaultWidth = 0, defaultHeight = 0;
-  DAUB_MeasureText("Spatiola", &defaultWidth, &defaultHeight);
-  EXPECT_EQ(std::pair(defaultWidth > 30, defaultHeight), std::pair(true, 12));
 }

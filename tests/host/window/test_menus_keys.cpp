@@ -1,6 +1,5 @@
-// Pop-up menus chosen with the mouse and with keys, accelerator records before the focused
-// window, and message boxes answered without a display.
-#include "host/window/accelerators.h"
+// Pop-up menus chosen with the mouse and with keys, and message boxes answered without a display;
+// accelerators are checked through the editor's rename field.
 #include "host/window/menus/menu_tracker.h"
 #include "tests/host/window/window_test_support.h"
 
@@ -39,13 +38,6 @@ class MenusAndKeys : public WindowTest {
   HMENU menu = nullptr, sub = nullptr;
 };
 
-int acceptTab(MSG* message, AcceleratorRegister*) {
-  return message->message == WM_KEYDOWN && message->wParam == VK_TAB ? 1 : 0;
-}
-int passAll(MSG*, AcceleratorRegister*) {
-  return -1;
-}
-
 }  // namespace
 
 TEST_F(MenusAndKeys, MenusAreChosenByMouseAndByKeys) {
@@ -81,21 +73,6 @@ TEST_F(MenusAndKeys, MenusAreChosenByMouseAndByKeys) {
   system->processEvents();
   ASSERT_EQ(received(WM_COMMAND).size(), 1u);
   EXPECT_EQ(received(WM_COMMAND)[0].wParam, 102u);
-}
-
-TEST_F(MenusAndKeys, AcceleratorsSeeKeysBeforeTheFocus) {
-  AcceleratorRegister tab{acceptTab, true, nullptr}, other{passAll, true, nullptr};
-  pluginRegister("<accelerator", &other);
-  pluginRegister("<accelerator", &tab);
-  system->setAcceleratorSource(registeredAccelerators);
-  driver->key(VK_TAB);
-  driver->key('A');
-  std::vector<WPARAM> keys;
-  for (const Recorded& r : received(WM_KEYDOWN)) keys.push_back(r.wParam);
-  EXPECT_EQ(keys, (std::vector<WPARAM>{'A'})) << "Tab was consumed; -1 lets keys through";
-  EXPECT_TRUE(received(WM_CHAR).size() == 0 || received(WM_CHAR)[0].wParam != VK_TAB);
-  pluginRegister("-accelerator", &tab);
-  pluginRegister("-accelerator", &other);
 }
 
 // What a plug-in's message box said is checked through the editor that shows one.
