@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -9,51 +10,46 @@
 
 namespace {
 
-// Every place a preset puts a speaker; lower-case codes are the ITU-R angles.
-const struct Place {
-  const char* code;
-  const char* name;
-  double x, y, z;
-} kPlaces[] = {{"L", "left", -1, 0, 0},
-               {"R", "right", 1, 0, 0},
-               {"FL", "front left", -1, 1, 0},
-               {"FR", "front right", 1, 1, 0},
-               {"FC", "front center", 0, 1, 0},
-               {"LFE", "LFE", 0, 0, 0},
-               {"SL", "side left", -1, 0, 0},
-               {"SR", "side right", 1, 0, 0},
-               {"BL", "back left", -1, -1, 0},
-               {"BR", "back right", 1, -1, 0},
-               {"BC", "back center", 0, -1, 0},
-               {"FLH", "front left height", -1, 1, 1},
-               {"FRH", "front right height", 1, 1, 1},
-               {"BLH", "back left height", -1, -1, 1},
-               {"BRH", "back right height", 1, -1, 1},
-               {"LH", "left height", -1, 0.5, 0.5},
-               {"RH", "right height", 1, 0.5, 0.5},
-               {"fl", "front left", -0.49999999999999994, 0.8660254037844387, 0},
-               {"fr", "front right", 0.49999999999999994, 0.8660254037844387, 0},
-               {"sl", "side left", -0.9396926207859084, -0.3420201433256685, 0},
-               {"sr", "side right", 0.9396926207859084, -0.3420201433256685, 0},
-               {"bl", "back left", -0.49999999999999994, -0.8660254037844387, 0},
-               {"br", "back right", 0.49999999999999994, -0.8660254037844387, 0},
-               {"lh", "left height", -0.5, 0.5000000000000001, 0.7071067811865476},
-               {"rh", "right height", 0.5, 0.5000000000000001, 0.7071067811865476}};
+bool has(const std::string& text, const char* word) {
+  return text.find(word) != std::string::npos;
+}
 
-std::vector<Place> placesOf(const char* codes) {
-  std::vector<Place> places;
-  std::istringstream stream(codes);
-  for (std::string code; stream >> code;) {
-    for (const Place& place : kPlaces) {
-      if (code == place.code) places.push_back(place);
-    }
+// "FLH" is "front left height": each letter a word.
+std::string nameOf(const std::string& code) {
+  if (code == "LFE") return code;
+  static const std::map<char, const char*> words = {{'F', "front"}, {'B', "back"},  {'S', "side"},
+                                                    {'L', "left"},  {'R', "right"}, {'C', "center"},
+                                                    {'H', "height"}};
+  std::string name;
+  for (char c : code) name += (name.empty() ? "" : " ") + std::string(words.at(c));
+  return name;
+}
+
+// Where a name puts a speaker: on the edge of the square room (a height without front or back half
+// way up and forward), or in the ITU-R presets on the unit circle at 30, 110 and 150 degrees with
+// the heights 45 degrees up and round.
+Position3 placeOf(const std::string& name, bool itu) {
+  const double side = has(name, "left") ? -1 : has(name, "right") ? 1 : 0;
+  const bool height = has(name, "height");
+  if (name == "LFE") return {0, 0, 0};
+  if (!itu) {
+    const double depth = has(name, "front") ? 1 : has(name, "back") ? -1 : 0;
+    if (height) return {side, depth == 0 ? 0.5 : depth, depth == 0 ? 0.5 : 1};
+    return {side, depth, 0};
   }
-  return places;
+  const double degrees = has(name, "front")  ? 30
+                         : has(name, "side") ? 110
+                         : has(name, "back") ? 150
+                                             : 45;
+  const double azimuth = (side == 0 ? 0 : degrees) * M_PI / 180;
+  const double elevation = height ? M_PI / 4 : 0;
+  return {side * std::sin(azimuth) * std::cos(elevation), std::cos(azimuth) * std::cos(elevation),
+          std::sin(elevation)};
 }
 
 }  // namespace
 
-TEST(LayoutPresets, EveryPresetLaysOutItsExactSpeakers) {
+TEST(LayoutPresets, EveryPresetLaysOutItsNamedSpeakersWhereTheirNamesSay) {
   const struct {
     int index;
     const char* name;
@@ -67,9 +63,9 @@ TEST(LayoutPresets, EveryPresetLaysOutItsExactSpeakers) {
       {5, "5.1 surround", 1.0, "FL FR FC LFE BL BR"},
       {6, "7.1 surround", 1.0, "FL FR FC LFE SL SR BL BR"},
       {7, "9.1 surround", 1.0, "FL FR FC LFE SL SR BL BR LH RH"},
-      {8, "5.1 ITU-R", 0.875, "fl fr FC LFE sl sr"},
-      {9, "7.1 ITU-R", 0.875, "fl fr FC LFE sl sr bl br"},
-      {10, "9.1 ITU-R", 0.875, "fl fr FC LFE sl sr bl br lh rh"},
+      {8, "5.1 ITU-R", 0.875, "FL FR FC LFE SL SR"},
+      {9, "7.1 ITU-R", 0.875, "FL FR FC LFE SL SR BL BR"},
+      {10, "9.1 ITU-R", 0.875, "FL FR FC LFE SL SR BL BR LH RH"},
   };
   RecordingHost host;
   auto plugin = makeInstance(2);
@@ -77,18 +73,20 @@ TEST(LayoutPresets, EveryPresetLaysOutItsExactSpeakers) {
     SCOPED_TRACE(preset.name);
     EXPECT_STREQ(kLayoutPresetNames[preset.index], preset.name);
     applyLayoutPreset(*plugin, preset.index);
-    const std::vector<Place> expected = placesOf(preset.speakers);
-    ASSERT_EQ(plugin->speakerCount(), static_cast<int>(expected.size()));
-    EXPECT_EQ(plugin->model.layoutPreset, preset.index);
-    EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7 * plugin->speakerCount());
-    for (int i = 0; i < plugin->speakerCount(); ++i) {
+    std::istringstream codes(preset.speakers);
+    int i = 0;
+    for (std::string code; codes >> code; ++i) {
       const Speaker& s = plugin->model.speakers[i];
-      const Place& e = expected[static_cast<std::size_t>(i)];
-      const int lfe = std::string(e.code) == "LFE" ? 1 : 0;  // the places as exact doubles
-      EXPECT_EQ(std::tuple(std::string(s.name), s.x, s.y, s.z, s.isLfe, s.influence, s.gain,
-                           s.mute + s.solo),
-                std::tuple(std::string(e.name), e.x, e.y, e.z, lfe, preset.influence, 1.0, 0));
+      const Position3 at = placeOf(nameOf(code), preset.index >= 8);
+      EXPECT_EQ(std::tuple(std::string(s.name), s.isLfe, s.influence, s.gain, s.mute + s.solo),
+                std::tuple(nameOf(code), code == "LFE", preset.influence, 1.0, 0));
+      EXPECT_NEAR(s.x, at.x, 1e-15) << code;
+      EXPECT_NEAR(s.y, at.y, 1e-15) << code;
+      EXPECT_NEAR(s.z, at.z, 1e-15) << code;
     }
+    EXPECT_EQ(plugin->speakerCount(), i);
+    EXPECT_EQ(plugin->model.layoutPreset, preset.index);
+    EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7 * i);
   }
 }
 
@@ -103,11 +101,6 @@ TEST(LayoutPresets, UserSetupAndUnknownIndexesLeaveNoSpeakers) {
     EXPECT_EQ(plugin->host.effect.numParams, 3 * 10 + 4);
     EXPECT_EQ(plugin->editor.speakerFaderOffset, 0);
   }
-}
-
-TEST(DefaultLayout, AHostChannelChangeNeverMakesACustomLayout) {
-  EXPECT_EQ(layoutPresetForHostChannels(0), 1);
-  EXPECT_EQ(layoutPresetForHostChannels(40), 7);
 }
 
 TEST(CustomSpeakerCount, RenamesPresetSpeakersKeepsTheirPlacesAndGivesNewOnesTheInfluence) {

@@ -230,22 +230,6 @@ TEST_F(StateChunk, BadNameLengthsEndTheRecordsOfTheirKind) {
   EXPECT_EQ(plugin->model.speakers[1].x, 0.0);
 }
 
-TEST_F(StateChunk, LockedInputsKeepTheirSettings) {
-  BlockBuilder b;
-  b.header(4, 8, 1);
-  for (int i = 0; i < 8; ++i) b.input(4, 0.1 * i, "in");
-  b.speaker(4, 0.3, "only");
-  plugin->model.inputs[1].gain = 3.0;
-  plugin->editor.lockInputs = 1;
-  load(*plugin, b.bytes);
-  EXPECT_EQ(plugin->inputCount(), 2);
-  EXPECT_EQ(plugin->model.inputs[1].gain, 3.0);
-  EXPECT_STREQ(plugin->model.inputs[0].name, "channel 1");
-  EXPECT_STREQ(plugin->model.speakers[0].name, "only");
-  EXPECT_EQ(plugin->host.effect.numInputs, 2);
-  EXPECT_EQ(plugin->host.effect.numParams, 4 + 20 + 7);
-}
-
 TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
   BlockBuilder negative;
   negative.header(4, -5, -1);
