@@ -244,25 +244,6 @@ TEST(AudioProcessReference, RandomBlocksOnEveryPathMatchThePerPairFormula) {
   }
 }
 
-TEST(AudioProcessReference, ThePreferredPathIsTheWidestTheProcessorRuns) {
-  const MixPath best = bestMixKernels().path;
-  EXPECT_TRUE(processorSupports(best));
-  if (processorSupports(MixPath::Avx2)) {
-    EXPECT_NE(best, MixPath::Sse2);
-  }
-  RecordingHost host;
-  auto plugin = makeEngineInstance(2);  // the gain law runs on the mix's instruction set
-  const MixEngine& engine = *plugin->mix.mixEngine;
-  EXPECT_EQ(engine.kernels->path, best);
-  EXPECT_EQ(engine.lawKernels->path, best);
-  for (MixPath path : supportedPaths()) {
-    ASSERT_TRUE(forceMixPath(*plugin, path));
-    EXPECT_EQ(engine.kernels->path, path);
-    EXPECT_EQ(engine.lawKernels->path, path);
-  }
-  destroyEngine(*plugin);
-}
-
 TEST_F(AudioProcess, SubnormalsFlushToZeroEvenWhileGainsGlideDown) {
   inputOnLeftSpeaker(1.0);
   EXPECT_EQ(processBlock(*plugin, constant({1e-310}, 8), 2, 8)[0], std::vector<double>(8, 0.0));
