@@ -7,17 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "../model/model_fixture.h"
 #include "host_double.h"
 #include "platform/plask_api.h"
-
-struct RecordedCall {
-  AEffect* effect;
-  std::int32_t opcode;
-  std::int32_t index;
-  VstIntPtr value;
-  ParameterListChange change;  // behind ptr of a parameter-list notification
-  VstIntPtr ptrValue;
-};
 
 // The built plug-in, loaded once per process; its exports are null when it failed to load.
 struct PluginLibrary {
@@ -52,7 +44,7 @@ class TestHost {
   bool serveIniFile = true;
   VstIntPtr channelCount = 2;
   std::vector<std::string> lookups;
-  std::vector<RecordedCall> calls;
+  std::vector<HostCall> calls;
 
   static VstIntPtr callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
                             VstIntPtr value, void* ptr, float) {
@@ -68,11 +60,7 @@ class TestHost {
       lookups.push_back(static_cast<const char*>(ptr));
       return *hostQueryAnswer(opcode, index, ptr, channelCount, serveIniFile);
     }
-    RecordedCall call{effect, opcode, index, value, {}, reinterpret_cast<VstIntPtr>(ptr)};
-    if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
-      call.change = *static_cast<ParameterListChange*>(ptr);
-    }
-    calls.push_back(call);
+    calls.push_back(recordOf(effect, opcode, index, value, ptr, 0.0f));
     return hostQueryAnswer(opcode, index, ptr, channelCount).value_or(0);
   }
 
