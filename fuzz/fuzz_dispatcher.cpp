@@ -10,12 +10,48 @@
 #include "fuzz/byte_stream.h"
 #include "fuzz/dispatcher_stream.h"
 #include "fuzz/fuzz_check.h"
-#include "fuzz/fuzz_host.h"
 #include "fuzz/model_invariants.h"
+#include "model/field_table.h"
 #include "platform/host_functions.h"
 #include "tests/plugin/host_double.h"
 
+extern "C" AEffect* VSTPluginMain(audioMasterCallback callback) noexcept;
+
 namespace {
+
+constexpr int kMaxParameterDelta =
+    parameterCountFor(kMaxInputs, kMaxSpeakers) - kGlobalParameterCount;
+
+std::int32_t trackChannels = 2;  // what the host reports for the track at creation
+
+// The record must be readable and describe a range inside the largest parameter list.
+void checkParameterListChange(const void* ptr) {
+  FUZZ_CHECK(ptr != nullptr);
+  ParameterListChange change{};
+  std::memcpy(&change, ptr, sizeof change);
+  FUZZ_CHECK(change.firstIndex >= kGlobalParameterCount &&
+             change.firstIndex <= kGlobalParameterCount + kMaxParameterDelta);
+  FUZZ_CHECK(change.delta >= -kMaxParameterDelta && change.delta <= kMaxParameterDelta);
+}
+
+VstIntPtr answer(AEffect* /*effect*/, std::int32_t opcode, std::int32_t index, VstIntPtr value,
+                 void* ptr, float /*opt*/) {
+  if (const auto query = hostQueryAnswer(opcode, index, ptr, trackChannels)) return *query;
+  FUZZ_CHECK(opcode != audioMasterAutomate);  // a host-side change is never reported back
+  if (opcode == audioMasterVendorSpecific && index == kHostExtensionOpcode &&
+      value == kHostNotifyParameterList) {
+    checkParameterListChange(ptr);
+  }
+  return 0;
+}
+
+// [fuzz] An instance made the way a host makes one; the entry point must not refuse.
+AEffect* createInstance(std::int32_t channels) {
+  trackChannels = channels;
+  AEffect* effect = VSTPluginMain(&answer);
+  FUZZ_CHECK(effect != nullptr && effect->object != nullptr);
+  return effect;
+}
 
 constexpr std::size_t kTextBytes = 256;
 constexpr char kUnwritten = 0x7f;
@@ -119,8 +155,7 @@ void textCall(Session& session, int opcode, std::int32_t index, VstIntPtr value,
 
 void recreate(Session& session, std::int32_t channels) {
   session.call(effClose, 0, 0, nullptr, 0.0f);
-  setFuzzHostChannels(channels);
-  session.effect = createFuzzInstance();
+  session.effect = createInstance(channels);
   const int expected = channels >= 1 && channels <= 63 ? channels : 2;
   FUZZ_CHECK(session.plugin().inputCount() == expected);
   FUZZ_CHECK(session.effect->numInputs == expected && session.effect->numOutputs == expected);
@@ -248,8 +283,7 @@ void checkInstance(const Session& session) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   ByteStream in(data, size);
   Session session;
-  setFuzzHostChannels(2);
-  session.effect = createFuzzInstance();
+  session.effect = createInstance(2);
   while (!in.empty()) {
     perform(session, static_cast<Operation>(in.u8() % kOperationCount), in);
     checkInstance(session);
