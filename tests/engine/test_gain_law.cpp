@@ -161,10 +161,8 @@ TEST_F(GainLaw, RelativeLawFadesFarSpeakersNearAnother) {
   expectRelative(gains[0], wNear / (wNear + wFar));  // relative mode always normalises
   expectRelative(gains[1], wFar / (wNear + wFar));
   placeInput(0.2, 0);  // no speaker within 0.1: none fades
-  const double d0 = 0.18 / 0.98;
-  const double d1 = (std::sqrt(0.04 + 0.25) - 0.02) / 0.98;
-  const double w0 = std::exp2(-4 * d0);
-  const double w1 = std::exp2(-4 * d1);
+  const double w0 = std::exp2(-4 * lawDistance({0, 0, 0}, {0.2, 0, 0}));
+  const double w1 = std::exp2(-4 * lawDistance({0, 0.5, 0}, {0.2, 0, 0}));
   const auto apart = row();
   expectRelative(apart[0], w0 / (w0 + w1));
   expectRelative(apart[1], w1 / (w0 + w1));
