@@ -66,7 +66,7 @@ TEST_F(AudioProcess, SoloBeatsMuteAndSilencesTheRest) {
   for (int s = 0; s < 2; ++s)
     EXPECT_EQ(out[static_cast<std::size_t>(s)][5], settled(in, s, 5, {0}));
   // Muted inputs and speakers without solo: the random blocks below.
-  plugin->model.inputs[0].solo = 0;
+  plugin->model.inputs[0].solo = plugin->model.inputs[0].mute = 0;
   plugin->model.speakers[0].solo = 1;
   out = processBlock(*plugin, in, 2, 16, 99.0);
   EXPECT_EQ(out[1], std::vector<double>(16, 0.0));
