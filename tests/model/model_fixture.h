@@ -63,19 +63,6 @@ class RecordingHost {
   std::vector<HostCall> calls_;
 };
 
-// Holds Shift down (or not) for the model's key test while alive.
-class ShiftKey {
- public:
-  explicit ShiftKey(bool held) {
-    held_ = held;
-    asyncKeyState = [](int key) -> short { return key == 0x10 && held_ ? -32768 : 0; };
-  }
-  ~ShiftKey() { asyncKeyState = nullptr; }
-
- private:
-  static inline bool held_ = false;
-};
-
 // An instance with `channels` inputs and the default layout, as a host would receive it; the
 // channel count is taken as it stands (construction turns counts outside 1..63 into 2).
 inline std::unique_ptr<PannerPlugin> makeInstance(int channels) {

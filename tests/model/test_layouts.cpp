@@ -142,7 +142,7 @@ TEST(RingMode, NeedsShiftAndAtLeast32AndReinitialisesEveryInput) {
   RecordingHost host;
   auto plugin = makeInstance(2);
   plugin->model.inputs[0].gain = 3.0;
-  ShiftKey shift(true);
+  asyncKeyState = [](int key) -> short { return key == 0x10 ? -32768 : 0; };  // Shift held
   setSpeakerCount(*plugin, 31);
   EXPECT_EQ(std::pair(plugin->model.speakers[2].x, plugin->model.speakers[2].y),
             std::pair(-0.5, -0.5));  // the custom table, not the ring
@@ -153,6 +153,7 @@ TEST(RingMode, NeedsShiftAndAtLeast32AndReinitialisesEveryInput) {
   setInputCount(*plugin, 48);
   EXPECT_EQ(plugin->model.inputs[0].gain, 1.0);
   EXPECT_EQ(plugin->model.inputs[47].z, -0.5);  // the lower pole comes last
+  asyncKeyState = nullptr;
 }
 
 TEST(InputCount, NewInputsGetDefaultPlacesAndKeptOnesStay) {
