@@ -1,6 +1,6 @@
-// Binding the host's window layer through PLASK_dllMain, and the control creator lent to it. The
-// binding and the instance count are process-wide, so each case runs in a child process and
-// reports what it saw on a pipe.
+// The control creator lent to the host's window layer bound through PLASK_dllMain. The binding and
+// the instance count are process-wide, so each case runs in a child process and reports what it
+// saw on a pipe.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -47,10 +47,6 @@ inline std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
-void* knowsNothing(const char*) {
-  return nullptr;
-}
-
 void recordRegister(PlaskControlCreator creator) {
   std::printf("register %p\n", reinterpret_cast<void*>(creator));
 }
@@ -72,28 +68,6 @@ void* lendsWindowLayer(const char* name) {
 }
 
 }  // namespace
-
-TEST(WindowBinding, OnlyProcessAttachWithAGetterBindsAndUnknownNamesGetTheStub) {
-  const auto lines = linesOf(inChild([] {
-    const PluginLibrary& library = PluginLibrary::instance();
-    std::printf("detach %d, no getter %d\n", library.plaskDllMain(0, &knowsNothing),
-                library.plaskDllMain(1, nullptr));
-    std::printf("result %d\n", library.plaskDllMain(1, &knowsNothing));
-    TestHost host;
-    AEffect* effect = host.create();  // stubs answer 0: construction still works
-    std::printf("name %s\n", textOf(effect, effGetEffectName).c_str());
-    closeEffect(effect);
-    std::printf("module %d %d\n", library.dllMain(1), library.dllMain(0));
-  }));
-  ASSERT_EQ(lines.size(), 339u);
-  EXPECT_EQ(lines[0], "detach 1, no getter 0");
-  for (int i = 0; i < kPlaskFunctionCount; ++i) {
-    EXPECT_EQ(lines[static_cast<std::size_t>(i) + 1],
-              std::string("PLASK API not found: ") + kPlaskNames[i]);
-  }
-  EXPECT_EQ(std::vector<std::string>(lines.end() - 3, lines.end()),
-            (std::vector<std::string>{"result 1", "name Spatiola", "module 1 1"}));
-}
 
 namespace {
 
