@@ -90,17 +90,14 @@ const std::uint32_t kModes[] = {kOptionNormalizeOff, 0u, kOptionRelativeInfluenc
 
 TEST_F(GainLaw, StereoReferenceValuesInEachMode) {
   placeInput(-0.25, 0.25);
-  auto gains = row();  // Absolute without normalisation: the default
-  expectRelative(gains[0], 0.21370467852847463);
-  EXPECT_EQ(gains[1], 0.0);
-  plugin->model.optionFlags = 0;  // Absolute, normalised
-  gains = row();
-  EXPECT_EQ(gains[0], 1.0);
-  EXPECT_EQ(gains[1], 0.0);
-  plugin->model.optionFlags = kOptionRelativeInfluence;
-  gains = row();
-  expectRelative(gains[0], 0.7973549540520413);
-  expectRelative(gains[1], 0.20264504594795882);
+  const double expected[][2] = {{0.21370467852847463, 0.0},  // a new instance's mode
+                                {1.0, 0.0},
+                                {0.7973549540520413, 0.20264504594795882}};
+  for (int mode = 0; mode < 3; ++mode) {
+    plugin->model.optionFlags = kModes[mode];
+    const auto gains = row();
+    for (int s = 0; s < 2; ++s) expectRelative(gains[s], expected[mode][s]);
+  }
 }
 
 TEST_F(GainLaw, OnAFrontSpeakerOnlyItSoundsAndTheLfeSendScalesWithGainsButNeverWithTheRowsTotal) {
