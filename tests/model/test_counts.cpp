@@ -99,14 +99,12 @@ TEST(InputLock, StoredAndReportedToAnOpenEditorOnlyAndClearedByCountChanges) {
   editorCalls = 0;
   onLockInputsChanged = [](PannerPlugin&) { ++editorCalls; };
   setLockInputs(*plugin, true);
-  EXPECT_EQ(plugin->editor.lockInputs, 1);
-  EXPECT_EQ(editorCalls, 0);  // no editor open
+  EXPECT_EQ(std::pair(int{plugin->editor.lockInputs}, editorCalls), std::pair(1, 0));  // no editor
   plugin->host.editorWindow = reinterpret_cast<HWND>(1);
   setLockInputs(*plugin, true);
   EXPECT_EQ(editorCalls, 1);
   setInputCount(*plugin, 3);
-  EXPECT_EQ(plugin->editor.lockInputs, 0);
-  EXPECT_EQ(editorCalls, 2);
+  EXPECT_EQ(std::pair(int{plugin->editor.lockInputs}, editorCalls), std::pair(0, 2));
   plugin->host.editorWindow = nullptr;
   onLockInputsChanged = nullptr;
 }
