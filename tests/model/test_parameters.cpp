@@ -138,7 +138,8 @@ TEST_F(Parameters, DisplayTextsOfCurrentAndGivenValues) {
     char text[256];
     getParameterDisplay(*plugin, c.index, text, sizeof text, c.given, c.value);
     EXPECT_STREQ(text, c.text) << c.index << " " << c.value;
-  }  EXPECT_EQ(getParameterValue(*plugin, 11), -0.5f);  // read back as it stands
+  }
+  EXPECT_EQ(getParameterValue(*plugin, 11), -0.5f);  // read back as it stands
 }
 
 TEST_F(Parameters, EditorReportsAreAutomationThenEndEditOfTheTouchedValues) {

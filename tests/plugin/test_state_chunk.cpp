@@ -14,10 +14,18 @@
 #include <vector>
 
 #include "../model/model_fixture.h"
-#include "fuzz/model_invariants.h"
 #include "plugin/state_chunk.h"
 
 namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+Bytes savedBlock(PannerPlugin& plugin) {
+  void* data = nullptr;
+  const std::int32_t length = writeStateChunk(plugin, &data);
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  return Bytes(bytes, bytes + length);
+}
 
 void load(PannerPlugin& plugin, const Bytes& block, std::size_t length) {
   readStateChunk(plugin, block.data(), static_cast<std::int32_t>(length));
@@ -86,6 +94,17 @@ class StateChunk : public ::testing::Test {
   std::unique_ptr<PannerPlugin> plugin = makeInstance(2);
   std::unique_ptr<PannerPlugin> other = makeInstance(2);
 };
+
+void expectWithinLimits(const PannerPlugin& p) {
+  ASSERT_LE(p.inputCount(), 64);
+  ASSERT_LE(p.speakerCount(), 64);
+  EXPECT_EQ(p.host.effect.numParams, parameterCountFor(p.inputCount(), p.speakerCount()));
+  EXPECT_EQ(p.host.effect.numOutputs, p.speakerCount());
+  for (const InputChannel& in : p.model.inputs) {
+    EXPECT_LT(strnlen(in.name, kNameCapacity), static_cast<std::size_t>(kNameCapacity));
+    for (double v : {in.gain, in.x, in.y, in.z, in.diffuse}) EXPECT_TRUE(std::isfinite(v));
+  }
+}
 
 }  // namespace
 
@@ -161,7 +180,7 @@ TEST_F(StateChunk, CutOffBlocksAtEveryLengthKeepWholeRecordsOnly) {
     auto target = makeInstance(2);
     target->model.centerTrim = 0.123;
     load(*target, block, length);
-    checkModelInvariants(*target, true);
+    expectWithinLimits(*target);
     ASSERT_EQ(target->inputCount(), length < 80 ? 0 : 2);  // the counts end the header
     ASSERT_EQ(target->speakerCount(), length < 84 ? 0 : 3);
     EXPECT_EQ(target->model.centerTrim, length < 44 ? 0.123 : 1.0);  // unread fields keep theirs
@@ -212,7 +231,7 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     EXPECT_EQ(plugin->inputCount(), 64);
     EXPECT_STREQ(plugin->model.inputs[63].name, "in63");
     EXPECT_STREQ(plugin->model.speakers[0].name, "found");
-    checkModelInvariants(*plugin, true);
+    expectWithinLimits(*plugin);
   }
   for (int trailing : {0, 3, 7}) {  // counts the data cannot hold: bounded, zero-filled, and
     BlockBuilder b;                 // parsing ends with the data, not with 2^31 empty records
@@ -222,7 +241,7 @@ TEST_F(StateChunk, CountsOutOfRangeAreBounded) {
     EXPECT_EQ(plugin->inputCount(), 64);
     EXPECT_EQ(plugin->speakerCount(), 64);
     EXPECT_EQ(plugin->model.inputs[1].gain, 0.0);
-    checkModelInvariants(*plugin, true);
+    expectWithinLimits(*plugin);
   }
 }
 
