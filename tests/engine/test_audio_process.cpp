@@ -78,21 +78,19 @@ TEST_F(AudioProcess, MetersShowInputAfterItsGainAndOutputsAfterTheMix) {
   Channels in = constant({0.25}, 32);
   in[0][7] = -0.5;
   plugin->mix.inputPeaks[5] = 0.7;  // a slot past the inputs is cleared
-  processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 1.0);
-  EXPECT_EQ(plugin->mix.inputPeaks[5].load(), 0.0);
-  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 1.0);
-  EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.0);
-  processBlock(*plugin, constant({0.1}, 32), 2, 32);  // meters hold their peak
-  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 1.0);
-  plugin->model.inputs[0].mute = 1;
-  processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->mix.inputPeaks[0].load(), 0.0);  // not audible
-  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(),
-            1.0);  // audible, silent this block: the peak holds
+  const MixState& mix = plugin->mix;
+  const auto peaks = [&] {
+    processBlock(*plugin, in, 2, 32);
+    return std::tuple(mix.inputPeaks[0].load(), mix.inputPeaks[5].load(),
+                      mix.speakerPeaks[0].load(), mix.speakerPeaks[1].load());
+  };
+  EXPECT_EQ(peaks(), std::tuple(1.0, 0.0, 1.0, 0.0));
+  in = constant({0.1}, 32);
+  EXPECT_EQ(peaks(), std::tuple(1.0, 0.0, 1.0, 0.0));  // meters hold their peak
+  plugin->model.inputs[0].mute = 1;  // not audible: cleared; the speaker is, silent: held
+  EXPECT_EQ(peaks(), std::tuple(0.0, 0.0, 1.0, 0.0));
   plugin->model.speakers[0].mute = 1;
-  processBlock(*plugin, in, 2, 32);
-  EXPECT_EQ(plugin->mix.speakerPeaks[0].load(), 0.0);
+  EXPECT_EQ(peaks(), std::tuple(0.0, 0.0, 0.0, 0.0));
 }
 
 TEST_F(AudioProcess, MetersFollowTheScrolledStripsAndOnlyTheHostsInputs) {
