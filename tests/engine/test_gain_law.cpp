@@ -234,7 +234,6 @@ TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
       {"across a line", {0.5, 0, 0}, 0.4, 1, 0, 0.5 - 0.4e-6},
       {"turned an eighth: edge on", {0.5, 0, 0}, 0.4, 0, 0.25, 0.5 - 0.4 / std::sqrt(2.0)},
       {"turned a quarter: the narrow spread in depth", {0, 0.6, 0}, 0.4, 0.5, 0.5, 0.4},
-      {"turned a quarter back", {0, 0.6, 0}, 0.4, 0.5, -0.5, 0.4},
       {"turned a quarter: the wide spread across", {0.6, 0, 0}, 0.4, 0.5, 0.5, 0.2},
       {"turned a half: the same diamond", {0.6, 0.1, 0}, 0.4, 0.5, 1.0, std::sqrt(0.17)},
   };

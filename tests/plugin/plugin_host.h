@@ -18,17 +18,15 @@ struct PluginLibrary {
       symbol<AEffect* (*)(audioMasterCallback)>("VSTPluginMain");
   int (*plaskMain)(HINSTANCE, DWORD,
                    PlaskGetter) = symbol<int (*)(HINSTANCE, DWORD, PlaskGetter)>("PLASK_dllMain");
-  int (*moduleMain)(HINSTANCE, DWORD) = symbol<int (*)(HINSTANCE, DWORD)>("DllMain");
 
   template <typename Function>
   Function symbol(const char* name) const {
     return handle ? reinterpret_cast<Function>(dlsym(handle, name)) : nullptr;
   }
-  bool loaded() const { return create && plaskMain && moduleMain; }
+  bool loaded() const { return create && plaskMain; }
   int plaskDllMain(DWORD reason, PlaskGetter getter) const {
     return plaskMain(static_cast<HINSTANCE>(handle), reason, getter);
   }
-  int dllMain(DWORD reason) const { return moduleMain(static_cast<HINSTANCE>(handle), reason); }
   static const PluginLibrary& instance() {
     static const PluginLibrary library;
     return library;
