@@ -49,9 +49,8 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResizeAndCountsStayI
   EXPECT_EQ(std::pair(plugin->model.gainRows, plugin->model.gainCols), std::pair(-1, -1));
   setInputCount(*plugin, 200);  // counts are clamped to 0..64
   setSpeakerCount(*plugin, -5);
-  EXPECT_EQ(plugin->inputCount(), 64);
-  EXPECT_EQ(plugin->speakerCount(), 0);
-  EXPECT_EQ(plugin->host.effect.numParams, 4 + 640);
+  EXPECT_EQ(std::tuple(plugin->inputCount(), plugin->speakerCount(), plugin->host.effect.numParams),
+            std::tuple(64, 0, 4 + 640));
 }
 
 TEST(FaderStrips, OffsetResetsWhenTheCountNoLongerReachesPastIt) {
