@@ -110,18 +110,6 @@ void setChunk(Session& session, ByteStream& in) {
   FUZZ_CHECK(session.effect->numOutputs == session.plugin().speakerCount());
 }
 
-void editorRect(Session& session) {
-  ERect* rect = nullptr;
-  FUZZ_CHECK(session.call(effEditGetRect, 0, 0, &rect, 0.0f) == 1);
-  FUZZ_CHECK(rect != nullptr && rect->right - rect->left == 520 && rect->bottom - rect->top == 640);
-}
-
-void canDo(Session& session, std::uint8_t choice) {
-  const CanDoAnswer& question = kCanDoAnswers[choice % std::size(kCanDoAnswers)];
-  std::vector<char> copy(question.text, question.text + std::strlen(question.text) + 1);
-  FUZZ_CHECK(session.call(effCanDo, 0, 0, copy.data(), 0.0f) == question.answer);
-}
-
 void standardArrangement(Session& session, std::int32_t channels) {
   VstSpeakerArrangement inputs{};
   VstSpeakerArrangement outputs{};
@@ -174,12 +162,11 @@ void dispatchOpcode(Session& session, ByteStream& in) {
       return getChunk(session);
     case effSetChunk:
       return setChunk(session, in);
-    case effEditGetRect:
-      return editorRect(session);
     case effSetSpeakerArrangement:
       return standardArrangement(session, index);
-    case effCanDo:
-      return canDo(session, choice);
+    case effCanDo:  // its fixed answers need a terminated text: the dispatcher test asks them
+    case effEditGetRect:
+      return;
     case effVendorSpecific:
       return vendorSpecific(session, index, value, opt, choice);
     default:
