@@ -131,8 +131,13 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   copyChannelName(p.model.speakers[0].name, "sub");
   const Bytes block = savedBlock(p);
   load(*other, block);
-  // Every field differs from a fresh instance's, so equal blocks mean every field was read back.
+  // Every field differs from a fresh instance's, so equal blocks mean every field was read back;
+  // the flags, packed in one word, are seen in the model too.
   EXPECT_EQ(savedBlock(*other), block);
+  const ModelState& m = other->model;
+  EXPECT_EQ(std::tuple(m.inputs[1].mute, m.inputs[1].solo, m.inputs[1].reverse, m.speakers[0].isLfe,
+                       m.speakers[0].solo),
+            std::tuple(1, 0, 1, 1, 1));
 }
 
 TEST_F(StateChunk, EveryVersionFinishesTheModelUpdateOlderOnesTakeDefaultsLaterOnesReadAs4) {
