@@ -135,9 +135,9 @@ TEST_F(StateChunk, EveryFieldSurvivesARoundTrip) {
   // the flags, packed in one word, are seen in the model too.
   EXPECT_EQ(savedBlock(*other), block);
   const ModelState& m = other->model;
-  EXPECT_EQ(std::tuple(m.inputs[1].mute, m.inputs[1].solo, m.inputs[1].reverse, m.speakers[0].isLfe,
-                       m.speakers[0].solo),
-            std::tuple(1, 0, 1, 1, 1));
+  EXPECT_EQ(std::tuple(m.inputs[0].mute, m.inputs[1].mute, m.inputs[1].solo, m.inputs[1].reverse,
+                       m.speakers[0].isLfe, m.speakers[0].solo),
+            std::tuple(0, 1, 0, 1, 1, 1));
 }
 
 TEST_F(StateChunk, EveryVersionFinishesTheModelUpdateOlderOnesTakeDefaultsLaterOnesReadAs4) {
