@@ -76,6 +76,7 @@ TEST(LayoutPresets, EveryPresetLaysOutItsNamedSpeakersWhereTheirNamesSay) {
     std::istringstream codes(preset.speakers);
     int i = 0;
     for (std::string code; codes >> code; ++i) {
+      ASSERT_LT(i, plugin->speakerCount());
       const Speaker& s = plugin->model.speakers[i];
       const Position3 at = placeOf(nameOf(code), preset.index >= 8);
       EXPECT_EQ(std::tuple(std::string(s.name), s.isLfe, s.influence, s.gain, s.mute + s.solo),
