@@ -114,6 +114,7 @@ TEST(RealTime, NoAllocationWhileTheCountsStayOnlyInTheBlockAfterTheyChange) {
          setParameterSlot(&p.host.effect, 4 + 10 * (b % 8) + 1, 0.1f * static_cast<float>(b % 10));
          setParameterSlot(&p.host.effect, 0, 0.3f + 0.01f * static_cast<float>(b));
          p.editor.inputFaderOffset = b % 3;
+         p.editor.speakerFaderOffset = b % 2;
        }},
       // Count changes before the first block only; then the input moves.
       {"more speakers",
