@@ -1,13 +1,7 @@
-// The control creator lent to the host's window layer bound through PLASK_dllMain. The binding and
-// the instance count are process-wide, so each case runs in a child process and reports what it
-// saw on a pipe.
+// The control creator lent to the host's window layer bound through PLASK_dllMain. The binding is
+// process-wide: this program binds once, and every case starts and ends with no instance.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,45 +9,17 @@
 
 namespace {
 
-// Runs `body` in a child whose standard output is captured; answers that output.
-inline std::string inChild(const std::function<void()>& body) {
-  int fds[2];
-  if (pipe(fds) != 0) return "pipe failed";
-  std::fflush(stdout);  // or the child would repeat what the parent has buffered
-  const pid_t child = fork();
-  if (child == 0) {
-    close(fds[0]);
-    dup2(fds[1], STDOUT_FILENO);
-    body();
-    std::fflush(stdout);
-    _exit(0);
-  }
-  close(fds[1]);
-  std::string output;
-  char buffer[4096];
-  for (ssize_t n; (n = read(fds[0], buffer, sizeof buffer)) > 0;)
-    output.append(buffer, static_cast<std::size_t>(n));
-  close(fds[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) output += "\nchild failed";
-  return output;
-}
-
-inline std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
+std::string creatorLog;
+std::vector<PlaskControlCreator> creators;
 
 void recordRegister(PlaskControlCreator creator) {
-  std::printf("register %p\n", reinterpret_cast<void*>(creator));
+  creatorLog += " r";
+  creators.push_back(creator);
 }
 void recordUnregister(PlaskControlCreator creator) {
-  std::printf("unregister %p\n", reinterpret_cast<void*>(creator));
+  creatorLog += " u";
+  creators.push_back(creator);
 }
-
 int dummyFunction() {
   return 0;
 }
@@ -67,41 +33,23 @@ void* lendsWindowLayer(const char* name) {
   return reinterpret_cast<void*>(&dummyFunction);
 }
 
-}  // namespace
-
-namespace {
-
-// Runs `steps` in a fresh process: '+' makes an instance, '!' tries one without the ini file,
-// a digit closes the instance made in that place. Answers the log with each creator call as
-// "r"/"u" once all of them are seen to pass the same non-null creator.
+// Runs `steps`: '+' makes an instance, '!' tries one without the ini file, a digit closes the
+// instance made in that place. Answers the log of instances and creator calls ("r"/"u").
 std::string lifeOf(const std::string& steps) {
-  const auto lines = linesOf(inChild([&steps] {
-    PluginLibrary::instance().plaskDllMain(1, &lendsWindowLayer);
-    TestHost host;
-    std::vector<AEffect*> made;
-    for (const char step : steps) {
-      host.serveIniFile = step != '!';
-      if (step == '+' || step == '!') {
-        made.push_back(host.create());
-        std::printf("%s%zu\n", made.back() ? "made" : "refused", made.size() - 1);
-      } else {
-        closeEffect(made[static_cast<std::size_t>(step - '0')]);
-        std::printf("closed%c\n", step);
-      }
+  TestHost host;
+  std::vector<AEffect*> made;
+  creatorLog.clear();
+  for (const char step : steps) {
+    host.serveIniFile = step != '!';
+    if (step == '+' || step == '!') {
+      made.push_back(host.create());
+      creatorLog += (made.back() ? " made" : " refused") + std::to_string(made.size() - 1);
+    } else {
+      closeEffect(made[static_cast<std::size_t>(step - '0')]);
+      creatorLog += std::string(" closed") + step;
     }
-  }));
-  std::string log;
-  std::string creator;
-  for (const std::string& line : lines) {
-    const std::size_t space = line.find(' ');
-    if (space != std::string::npos) {
-      if (creator.empty()) creator = line.substr(space + 1);
-      EXPECT_EQ(line.substr(space + 1), creator);
-      EXPECT_NE(creator, "(nil)");
-    }
-    log += (log.empty() ? "" : " ") + (space == std::string::npos ? line : line.substr(0, 1));
   }
-  return log;
+  return creatorLog.substr(1);
 }
 
 }  // namespace
@@ -109,6 +57,8 @@ std::string lifeOf(const std::string& steps) {
 // The SpaceView control creator is registered by the first live instance, unregistered by the
 // last, and is always the same creator.
 TEST(ControlCreator, FirstLiveInstanceRegistersLastUnregisters) {
+  ASSERT_TRUE(PluginLibrary::instance().loaded()) << dlerror();
+  ASSERT_EQ(PluginLibrary::instance().plaskDllMain(1, &lendsWindowLayer), 1);
   const struct {
     const char* steps;
     const char* log;
@@ -119,4 +69,7 @@ TEST(ControlCreator, FirstLiveInstanceRegistersLastUnregisters) {
       {"!", "refused0"},
   };
   for (const auto& c : cases) EXPECT_EQ(lifeOf(c.steps), c.log) << c.steps;
+  ASSERT_FALSE(creators.empty());
+  EXPECT_NE(creators[0], nullptr);
+  EXPECT_EQ(creators, std::vector<PlaskControlCreator>(creators.size(), creators[0]));
 }
