@@ -236,6 +236,7 @@ TEST_F(GainLaw, DiffusionSpreadsTheInputAsADiamond) {
       {"turned a quarter: the narrow spread in depth", {0, 0.6, 0}, 0.4, 0.5, 0.5, 0.4},
       {"turned a quarter: the wide spread across", {0.6, 0, 0}, 0.4, 0.5, 0.5, 0.2},
       {"turned a half: the same diamond", {0.6, 0.1, 0}, 0.4, 0.5, 1.0, std::sqrt(0.17)},
+      {"turned an eighth: long axis (1, 1)", {0.5, 0.5, 0}, 0.4, 0.5, 0.25, std::sqrt(0.5) - 0.4},
   };
   speakersAt({{0, 0, 0}});
   placeInput(0, 0);
