@@ -4,6 +4,7 @@
 #include <SDL.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "host/graphics/bitmap.h"
 #include "host/graphics/png_io.h"
@@ -37,22 +38,26 @@ TEST(SdlInX11, ClicksDragsAndTypingReachTheDialog) {
            " " + std::to_string((r.top + r.bottom) / 2);
   };
   const std::string dump = "x11_dialog.xwd";
-  ChildProcess script({"sh", "-ec",
-                       "xdotool" + moveTo(kGo) + " click 1 sleep 0.15" + moveTo(kFader, -30) +
-                           " mousedown 1" + moveTo(kFader) + moveTo(kFader, 30) +
-                           " mouseup 1 sleep 0.15" + moveTo(kEdit) +
-                           " click 1 sleep 0.15 type --delay 30 'Ab 7'\nsleep 0.15\n"
-                           "xwd -silent -id " +
-                           window + " -out " + dump + "; sleep 0.15"});
+  // Started from the running loop: a click sent before the window is ready is lost.
+  const std::vector<std::string> steps{
+      "sh", "-ec",
+      "sleep 0.15; xdotool" + moveTo(kGo) + " click 1 sleep 0.15" + moveTo(kFader, -30) +
+          " mousedown 1" + moveTo(kFader) + moveTo(kFader, 30) + " mouseup 1 sleep 0.15" +
+          moveTo(kEdit) +
+          " click 1 sleep 0.15 type --delay 30 'Ab 7'\nsleep 0.15\n"
+          "xwd -silent -id " +
+          window + " -out " + dump + "; sleep 0.15"};
+  std::optional<ChildProcess> script;
   const std::uint64_t deadline = system.nowMs() + 30000;
   system.runUntilClosed(
       top,
       [&] {
-        if (script.finished() || system.nowMs() > deadline) system.requestQuit();
+        if (!script) script.emplace(steps);
+        if (script->finished() || system.nowMs() > deadline) system.requestQuit();
       },
       20);
-  ASSERT_TRUE(script.finished()) << "the script did not finish in time";
-  EXPECT_EQ(script.status(), 0);
+  ASSERT_TRUE(script && script->finished()) << "the script did not finish in time";
+  EXPECT_EQ(script->status(), 0);
 
   // What the dialog procedure received.
   std::vector<int> clicks, scrolls, changes;
