@@ -18,7 +18,17 @@ struct HostCall {
   float opt;
   ParameterListChange change;  // the record behind ptr of a parameter-list notification
   VstIntPtr ptrValue;          // ptr as an integer (channel-count notifications)
+  AEffect* effect;
 };
+
+inline HostCall recordOf(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
+                         void* ptr, float opt) {
+  HostCall call{opcode, index, value, opt, {}, reinterpret_cast<VstIntPtr>(ptr), effect};
+  if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
+    call.change = *static_cast<ParameterListChange*>(ptr);
+  }
+  return call;
+}
 
 // Records every call the model makes through hostCallback. Install one per test.
 class RecordingHost {
@@ -41,33 +51,16 @@ class RecordingHost {
   }
 
  private:
-  static VstIntPtr callback(AEffect*, std::int32_t opcode, std::int32_t index, VstIntPtr value,
-                            void* ptr, float opt) {
-    HostCall call{opcode, index, value, opt, {}, reinterpret_cast<VstIntPtr>(ptr)};
-    if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
-      call.change = *static_cast<ParameterListChange*>(ptr);
-    }
+  static VstIntPtr callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
+                            VstIntPtr value, void* ptr, float opt) {
     std::lock_guard<std::mutex> lock(active_->mutex_);
-    active_->calls_.push_back(call);
+    active_->calls_.push_back(recordOf(effect, opcode, index, value, ptr, opt));
     return 0;
   }
 
   static inline RecordingHost* active_ = nullptr;
   mutable std::mutex mutex_;
   std::vector<HostCall> calls_;
-};
-
-// Holds Shift down (or not) for the model's key test while alive.
-class ShiftKey {
- public:
-  explicit ShiftKey(bool held) {
-    held_ = held;
-    asyncKeyState = [](int key) -> short { return key == 0x10 && held_ ? -32768 : 0; };
-  }
-  ~ShiftKey() { asyncKeyState = nullptr; }
-
- private:
-  static inline bool held_ = false;
 };
 
 // An instance with `channels` inputs and the default layout, as a host would receive it; the

@@ -49,9 +49,8 @@ TEST(CountNotifications, SameCountSendsNothingButStillMarksAResizeAndCountsStayI
   EXPECT_EQ(std::pair(plugin->model.gainRows, plugin->model.gainCols), std::pair(-1, -1));
   setInputCount(*plugin, 200);  // counts are clamped to 0..64
   setSpeakerCount(*plugin, -5);
-  EXPECT_EQ(plugin->inputCount(), 64);
-  EXPECT_EQ(plugin->speakerCount(), 0);
-  EXPECT_EQ(plugin->host.effect.numParams, 4 + 640);
+  EXPECT_EQ(std::tuple(plugin->inputCount(), plugin->speakerCount(), plugin->host.effect.numParams),
+            std::tuple(64, 0, 4 + 640));
 }
 
 TEST(FaderStrips, OffsetResetsWhenTheCountNoLongerReachesPastIt) {
@@ -99,14 +98,12 @@ TEST(InputLock, StoredAndReportedToAnOpenEditorOnlyAndClearedByCountChanges) {
   editorCalls = 0;
   onLockInputsChanged = [](PannerPlugin&) { ++editorCalls; };
   setLockInputs(*plugin, true);
-  EXPECT_EQ(plugin->editor.lockInputs, 1);
-  EXPECT_EQ(editorCalls, 0);  // no editor open
+  EXPECT_EQ(std::pair(int{plugin->editor.lockInputs}, editorCalls), std::pair(1, 0));  // no editor
   plugin->host.editorWindow = reinterpret_cast<HWND>(1);
   setLockInputs(*plugin, true);
   EXPECT_EQ(editorCalls, 1);
   setInputCount(*plugin, 3);
-  EXPECT_EQ(plugin->editor.lockInputs, 0);
-  EXPECT_EQ(editorCalls, 2);
+  EXPECT_EQ(std::pair(int{plugin->editor.lockInputs}, editorCalls), std::pair(0, 2));
   plugin->host.editorWindow = nullptr;
   onLockInputsChanged = nullptr;
 }

@@ -7,17 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "../model/model_fixture.h"
 #include "host_double.h"
 #include "platform/plask_api.h"
-
-struct RecordedCall {
-  AEffect* effect;
-  std::int32_t opcode;
-  std::int32_t index;
-  VstIntPtr value;
-  ParameterListChange change;  // behind ptr of a parameter-list notification
-  VstIntPtr ptrValue;
-};
 
 // The built plug-in, loaded once per process; its exports are null when it failed to load.
 struct PluginLibrary {
@@ -26,17 +18,15 @@ struct PluginLibrary {
       symbol<AEffect* (*)(audioMasterCallback)>("VSTPluginMain");
   int (*plaskMain)(HINSTANCE, DWORD,
                    PlaskGetter) = symbol<int (*)(HINSTANCE, DWORD, PlaskGetter)>("PLASK_dllMain");
-  int (*moduleMain)(HINSTANCE, DWORD) = symbol<int (*)(HINSTANCE, DWORD)>("DllMain");
 
   template <typename Function>
   Function symbol(const char* name) const {
     return handle ? reinterpret_cast<Function>(dlsym(handle, name)) : nullptr;
   }
-  bool loaded() const { return create && plaskMain && moduleMain; }
+  bool loaded() const { return create && plaskMain; }
   int plaskDllMain(DWORD reason, PlaskGetter getter) const {
     return plaskMain(static_cast<HINSTANCE>(handle), reason, getter);
   }
-  int dllMain(DWORD reason) const { return moduleMain(static_cast<HINSTANCE>(handle), reason); }
   static const PluginLibrary& instance() {
     static const PluginLibrary library;
     return library;
@@ -52,7 +42,7 @@ class TestHost {
   bool serveIniFile = true;
   VstIntPtr channelCount = 2;
   std::vector<std::string> lookups;
-  std::vector<RecordedCall> calls;
+  std::vector<HostCall> calls;
 
   static VstIntPtr callback(AEffect* effect, std::int32_t opcode, std::int32_t index,
                             VstIntPtr value, void* ptr, float) {
@@ -68,11 +58,7 @@ class TestHost {
       lookups.push_back(static_cast<const char*>(ptr));
       return *hostQueryAnswer(opcode, index, ptr, channelCount, serveIniFile);
     }
-    RecordedCall call{effect, opcode, index, value, {}, reinterpret_cast<VstIntPtr>(ptr)};
-    if (opcode == audioMasterVendorSpecific && value == kHostNotifyParameterList && ptr) {
-      call.change = *static_cast<ParameterListChange*>(ptr);
-    }
-    calls.push_back(call);
+    calls.push_back(recordOf(effect, opcode, index, value, ptr, 0.0f));
     return hostQueryAnswer(opcode, index, ptr, channelCount).value_or(0);
   }
 

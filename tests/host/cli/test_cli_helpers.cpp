@@ -56,7 +56,4 @@ TEST(ChannelMap, SpeakerNamesGivePositionsOnlyWhenUniqueAndInMaskOrder) {
   const OutputFormat plain = makeOutputFormat("o.wav", "", "", 8, 48000, surround71, false);
   EXPECT_EQ(plain.sndfileFormat, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
   EXPECT_TRUE(plain.channelMap.empty());
-  const OutputFormat ambisonic = makeOutputFormat("o.wav", "", "pcm24", 4, 48000, {}, true);
-  EXPECT_EQ(ambisonic.sndfileFormat, SF_FORMAT_WAVEX | SF_FORMAT_PCM_24);
-  EXPECT_TRUE(ambisonic.ambisonic);
 }

@@ -17,18 +17,11 @@ inline BitmapPtr newBitmap(int width, int height, DAUB_pixel fill = 0xFF000000) 
   return bitmap;
 }
 
-inline int red(DAUB_pixel p) {
-  return static_cast<int>((p >> 16) & 0xFF);
-}
-inline int green(DAUB_pixel p) {
-  return static_cast<int>((p >> 8) & 0xFF);
-}
-inline int blue(DAUB_pixel p) {
-  return static_cast<int>(p & 0xFF);
-}
-inline int alphaOf(DAUB_pixel p) {
-  return static_cast<int>(p >> 24);
-}
+// The channels of a pixel.
+inline constexpr auto red = [](DAUB_pixel p) { return static_cast<int>((p >> 16) & 0xFF); };
+inline constexpr auto green = [](DAUB_pixel p) { return static_cast<int>((p >> 8) & 0xFF); };
+inline constexpr auto blue = [](DAUB_pixel p) { return static_cast<int>(p & 0xFF); };
+inline constexpr auto alphaOf = [](DAUB_pixel p) { return static_cast<int>(p >> 24); };
 
 // The box of pixels that differ from the background, and how many do.
 struct InkBox {

@@ -1,4 +1,4 @@
-// Bitmap objects, pixel access and null-bitmap safety.
+// Bitmap objects and null-bitmap safety.
 #include <gtest/gtest.h>
 
 #include "host/graphics/bitmap.h"
@@ -25,19 +25,6 @@ TEST(BitmapObject, ContextFindsItsBitmapResizeKeepsTheTopLeftScaleIsReadAtTheCal
   bitmap.reset();
   EXPECT_EQ(bitmapFromDC(dc), nullptr);
   EXPECT_EQ(DAUB_CreateBitmap(0, 5, kMaxBitmapSide + 1), nullptr);
-}
-
-TEST(PixelAccess, ColoursAreNonPremultipliedAtTheInterface) {
-  for (const auto& [colour, stored] : {std::pair{0xFFFFFFFFu, 0xFFFFFFFFu},
-                                       {0x80FF0000u, 0x80800000u},
-                                       {0x00123456u, 0x00000000u}}) {
-    EXPECT_EQ(premultiply(colour), stored) << std::hex << colour;
-    BitmapPtr bitmap = newBitmap(2, 2, 0x00000000);
-    DAUB_PutPixel(bitmap.get(), 1, 0, colour, 1.0f, DAUB_BLIT_MODE_COPY);
-    DAUB_PutPixel(bitmap.get(), 2, 0, 0xFFFFFFFF, 1.0f, 0);  // outside: ignored
-    EXPECT_EQ(DAUB_GetPixel(bitmap.get(), 1, 0), alphaOf(colour) != 0 ? colour : 0u);
-    EXPECT_EQ(DAUB_GetPixel(bitmap.get(), -1, 0), 0u);
-  }
 }
 
 // Another library's bitmap: must be refused like a null one.

@@ -100,19 +100,3 @@ TEST(ReferenceImages, SpaceScene) {
 TEST(ReferenceImages, Labels) {
   expectMatchesReference(drawLabels().get(), "labels");
 }
-
-// Snapshot and demo pictures read back opaque pixels; here transparency and the errors.
-TEST(PngFiles, RoundTripKeepsPixelsAndReportsErrors) {
-  BitmapPtr original = newBitmap(20, 20, 0x00000000);
-  DAUB_FillRect(original.get(), 4, 4, 10, 10, 0x80FF8000, 1.0f, 0);
-  ASSERT_TRUE(writePng(original.get(), "png_round_trip.png"));
-  std::unique_ptr<DAUB_IBitmap> loaded = readPng("png_round_trip.png");
-  std::remove("png_round_trip.png");
-  ASSERT_NE(loaded, nullptr);
-  EXPECT_TRUE(compareBitmaps(loaded.get(), original.get(), 0).matches());
-  DAUB_PutPixel(loaded.get(), 3, 2, 0xFF040000, 1.0f, 0);
-  EXPECT_EQ(compareBitmaps(loaded.get(), original.get(), 3).differingPixels, 1);
-  std::string error;
-  EXPECT_EQ(readPng("no/such/file.png", &error), nullptr);
-  EXPECT_NE(error.find("no/such/file.png"), std::string::npos);
-}

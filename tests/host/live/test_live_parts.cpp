@@ -21,8 +21,6 @@ TEST(LivePortNames, SanitisedCutAndUnique) {
     std::vector<std::string> expected;
   };
   const Case cases[] = {
-      {{}, 3, 64, {"in_1", "in_2", "in_3"}},
-      {{"front left", "front right"}, 3, 64, {"front left", "front right", "in_3"}},
       {{"a:b", "tab\there", "   ", ""}, 4, 64, {"a_b", "tab_here", "in_3", "in_4"}},
       {{"side", "side", "side"}, 3, 64, {"side", "side 2", "side 3"}},
       {{"abcdefgh", "abcdefgh"}, 2, 6, {"abcdef", "abcd 2"}},

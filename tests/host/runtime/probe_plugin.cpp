@@ -1,13 +1,10 @@
-// A tiny VST 2.x plug-in that the host tests load: it scales every input by 2 x "gain" (unity at
-// the default 0.5) and reports what the host offered it through its state block, a text of
-// key=value lines, with the calls the host made in order. Like plug-ins of common frameworks it
-// ignores parameters and state before effOpen, and like some plug-ins it crashes on an empty
-// block. PROBE_PROCESS_SLEEP_US in the environment slows every block down; PROBE_INPUTS sets its
-// number of inputs.
-// Variants built from this file: crash (faults in effSetChunk), refusing (its entry point returns
-// null), legacy (exports only "main"), float (no double precision), inline (an inline view that
-// paints a pattern telling what the host passed; "mode" >= 0.5 declines), synth (no inputs, no
-// state block), needs-library (links a library the loader cannot find).
+// A tiny VST 2.x plug-in the host tests load: it scales every input by 2 x "gain" and reports,
+// as its state block of key=value lines, what the host offered it and the calls it made. Like
+// plug-ins of common frameworks it ignores parameters and state before effOpen; like some, it
+// crashes on an empty block. PROBE_PROCESS_SLEEP_US slows every block; PROBE_INPUTS sets its
+// input count. Variants by define: crash (in effSetChunk), refusing (null from its entry), legacy
+// (only "main"), float (no doubles), inline (paints what the host passed; "mode" >= 0.5
+// declines), synth (no inputs or state), needs-library (links one the loader cannot find).
 #include <signal.h>
 #include <unistd.h>
 
@@ -15,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "platform/daub.h"
 #include "platform/host_functions.h"
@@ -30,10 +28,9 @@ namespace {
 constexpr std::int32_t kProbeId = fourCharCode('p', 'r', 'b', 'e');
 constexpr int kParameterCount = 2;
 // effVendorSpecific indexes the tests use to make the probe call its host.
-constexpr std::int32_t kReportEdit = 1000;       // begin edit, automate, end edit of parameter 0
-constexpr std::int32_t kChangeOutputs = 1001;    // value: new output count, then IOChanged
-constexpr std::int32_t kAnnounceCounts = 1002;   // the extension's channel-count notification
-constexpr std::int32_t kCallWindowLayer = 1003;  // lstrcpyn through the bound table into ptr
+constexpr std::int32_t kReportEdit = 1000;      // begin edit, automate, end edit of parameter 0
+constexpr std::int32_t kChangeOutputs = 1001;   // value: new output count, then IOChanged
+constexpr std::int32_t kAnnounceCounts = 1002;  // the extension's channel-count notification
 
 struct Probe {
   AEffect effect{};
@@ -50,8 +47,10 @@ struct Probe {
   std::string calls;  // this instance's, comma-separated
 };
 
-int boundNames = 0, dllMainCalls = 0;  // the module's binding, before any instance
-char* (*boundLstrcpyn)(char*, const char*, int) = nullptr;
+int boundNames = 0, dllMainCalls = 0;    // the module's binding, before any instance
+char copiedThroughWindowLayer[16] = "";  // lstrcpyn called through the bound table
+HINSTANCE boundModule = nullptr;
+DWORD (*boundModuleFileName)(HINSTANCE, char*, DWORD) = nullptr;
 std::string callLog;  // every instance's calls, for probe_call_log()
 
 void logCall(Probe& probe, const std::string& call) {
@@ -72,12 +71,15 @@ VstIntPtr call(Probe& probe, std::int32_t opcode, std::int32_t index = 0, VstInt
 }
 
 std::string report(const Probe& probe) {
-  char text[1024];
+  char text[2048], moduleFile[512] = "";
+  if (boundModuleFileName != nullptr)
+    boundModuleFileName(boundModule, moduleFile, sizeof moduleFile);
   std::snprintf(text, sizeof(text),
-                "track_channels=%d\nbound_names=%d\ndll_main=%d\nini_file=%s\nslider_top_db=%.3f\n"
-                "idle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
-                probe.trackChannels, boundNames, dllMainCalls, probe.iniFile.c_str(),
-                probe.sliderAtTop, probe.idleCalls, probe.processCalls, probe.gain);
+                "track_channels=%d\nbound_names=%d\nlstrcpyn=%s\ndll_main=%d\nmodule_file=%s\n"
+                "ini_file=%s\nslider_top_db=%.3f\nidle_calls=%d\nprocess_calls=%d\ngain=%.6f\n",
+                probe.trackChannels, boundNames, copiedThroughWindowLayer, dllMainCalls, moduleFile,
+                probe.iniFile.c_str(), probe.sliderAtTop, probe.idleCalls, probe.processCalls,
+                probe.gain);
   return text + ("calls=" + probe.calls + "\n");
 }
 
@@ -121,6 +123,7 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
   }
 #else
   (void)opt;
+  (void)ptr;
 #endif
   switch (index) {
     case kReportEdit:
@@ -135,10 +138,6 @@ VstIntPtr vendorSpecific(Probe& probe, std::int32_t index, VstIntPtr value, void
       probe.effect.numParams = kParameterCount;
       return call(probe, audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyChannelCounts,
                   reinterpret_cast<void*>(value));  // NOLINT(performance-no-int-to-ptr)
-    case kCallWindowLayer:
-      if (boundLstrcpyn == nullptr || ptr == nullptr) return 0;
-      boundLstrcpyn(static_cast<char*>(ptr), "window layer", 7);
-      return 1;
     default:
       return 0;
   }
@@ -149,10 +148,25 @@ VstIntPtr copyText(void* ptr, const char* text) {
   return 1;
 }
 
+// Calls only logged, with their value ('v'), their float argument ('o') or nothing (' ').
+constexpr std::tuple<std::int32_t, const char*, char> kLoggedCalls[] = {
+    {effSetSampleRate, "rate", 'o'},
+    {effSetBlockSize, "block", 'v'},
+    {effSetProcessPrecision, "precision", 'v'},
+    {effMainsChanged, "mains", 'v'},
+    {effStartProcess, "start", ' '},
+    {effStopProcess, "stop", ' '}};
+
 VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, VstIntPtr value,
                      void* ptr, float opt) {
   Probe* probe = probeOf(effect);
   if (probe == nullptr) return 0;
+  for (const auto& [logged, name, argument] : kLoggedCalls) {
+    if (logged != opcode) continue;
+    const VstIntPtr number = argument == 'o' ? static_cast<VstIntPtr>(opt) : value;
+    logCall(*probe, argument == ' ' ? name : name + (" " + std::to_string(number)));
+    return 0;
+  }
   switch (opcode) {
     case effOpen:
       logCall(*probe, "open");
@@ -162,24 +176,6 @@ VstIntPtr dispatcher(AEffect* effect, std::int32_t opcode, std::int32_t index, V
     case effClose:
       logCall(*probe, "close");
       delete probe;
-      return 0;
-    case effSetSampleRate:
-      logCall(*probe, "rate " + std::to_string(static_cast<int>(opt)));
-      return 0;
-    case effSetBlockSize:
-      logCall(*probe, "block " + std::to_string(value));
-      return 0;
-    case effSetProcessPrecision:
-      logCall(*probe, "precision " + std::to_string(value));
-      return 0;
-    case effMainsChanged:
-      logCall(*probe, "mains " + std::to_string(value));
-      return 0;
-    case effStartProcess:
-      logCall(*probe, "start");
-      return 0;
-    case effStopProcess:
-      logCall(*probe, "stop");
       return 0;
     case effGetParamName:
       return copyText(ptr, index == 0 ? "gain" : "mode, with comma");
@@ -317,12 +313,16 @@ PROBE_EXPORT const char* probe_call_log() {
   return callLog.c_str();
 }
 
-PROBE_EXPORT int PLASK_dllMain(HINSTANCE /*module*/, int reason, PlaskGetter getter) {
+PROBE_EXPORT int PLASK_dllMain(HINSTANCE module, int reason, PlaskGetter getter) {
   if (reason != 1) return 1;
   if (getter == nullptr) return 0;
   boundNames = 0;
   for (const char* name : kPlaskNames) boundNames += getter(name) != nullptr ? 1 : 0;
-  boundLstrcpyn = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn"));
+  if (const auto copy = reinterpret_cast<char* (*)(char*, const char*, int)>(getter("lstrcpyn")))
+    copy(copiedThroughWindowLayer, "window layer", 7);
+  boundModule = module;
+  boundModuleFileName =
+      reinterpret_cast<DWORD (*)(HINSTANCE, char*, DWORD)>(getter("GetModuleFileName"));
   return 1;
 }
 

@@ -22,8 +22,6 @@ TEST(HostCallLog, OneLinePerCallWithTheExtensionsArguments) {
        R"({"opcode":"audioMasterAutomate","index":5,"value":0.4375})"},
       {audioMasterAutomate, 6, 0, nullptr, 0.1f,
        R"({"opcode":"audioMasterAutomate","index":6,"value":0.100000001})"},
-      {audioMasterEndEdit, 6, 0, nullptr, 0.0f,
-       R"({"opcode":"audioMasterEndEdit","index":6,"value":0})"},
       {audioMasterVendorSpecific, kHostExtensionOpcode, kHostNotifyParameterList, &change, 0.0f,
        R"({"opcode":"audioMasterVendorSpecific","index":-559038737,"value":0,)"
        R"("notification":"parameterList","firstIndex":24,"delta":-14})"},
@@ -34,8 +32,6 @@ TEST(HostCallLog, OneLinePerCallWithTheExtensionsArguments) {
       {kHostExtensionOpcode, kHostFunctionLookupIndex, 0, "DB2\"SLIDER", 0.0f,
        R"({"opcode":"hostExtension","index":-559026163,"value":0,"request":"lookup",)"
        R"("name":"DB2\"SLIDER"})"},
-      {kHostExtensionOpcode, kHostChannelCountIndex, 5, nullptr, 0.0f,
-       R"({"opcode":"hostExtension","index":-559026162,"value":5,"request":"channelCount"})"},
       {99, 0, 0, nullptr, 0.0f, R"({"opcode":"opcode 99","index":0,"value":0})"},
   };
   for (const auto& c : cases) {

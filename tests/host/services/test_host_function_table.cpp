@@ -9,8 +9,6 @@
 #include "host/services/host_function_table.h"
 #include "host/services/settings.h"
 #include "host/window/accelerators.h"
-#include "host/window/backend/headless_backend.h"
-#include "host/window/core/window_system.h"
 #include "platform/host_functions.h"
 #include "tests/host/services/temp_config.h"
 
@@ -43,21 +41,7 @@ TEST(HostFunctions, SafeModePersistsOthersAnswerAsTheHost) {
   const std::string text{std::istreambuf_iterator<char>(in), {}};
   EXPECT_NE(text.find("[safemode]\n/p/a.so=3\n"), std::string::npos) << text;
   EXPECT_NE(text.find("/odd/na%3Dme%5B1]%3B%25.so=2"), std::string::npos) << text;
-  setDisplayScaleOverride(320);
-  const auto dpi = lookup<GetWindowDPIScalingForDialogFn>("GetWindowDPIScalingForDialog");
-  EXPECT_EQ(dpi(nullptr), 320);
-  {
-    // A window of the window system has its top-level window's scale.
-    winsys::WindowSystem system(std::make_unique<winsys::HeadlessBackend>());
-    winsys::WindowSystem::setCurrent(&system);
-    const HWND frame = system.createFrame("", 10, 10, 512, false);
-    EXPECT_EQ((std::array{dpi(frame), dpi(nullptr)}), (std::array{512, 320}));
-    winsys::WindowSystem::setCurrent(nullptr);
-  }
-  setDisplayScaleOverride(0);
   EXPECT_NEAR(lookup<DB2SLIDERFn>("DB2SLIDER")(faderPositionToDb(333.0)), 333.0, 1e-9);
-  const char* own = "Speakers";  // localization keeps the plug-in's own texts
-  EXPECT_EQ(lookup<localizeFuncFn>("__localizeFunc")(own, "spatiola", 0), own);
 }
 
 TEST(Accelerators, RegisterAddsRemovesAndRefusesOtherNames) {

@@ -9,10 +9,15 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 #include "host/cli/audio_file.h"
 
 namespace {
+
+int exitCodeOf(int status) {
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
 
 void redirect(const std::string& path, int fd, int flags) {
   const int file = open(path.c_str(), flags, 0644);
@@ -53,12 +58,26 @@ CommandResult finishCommand(const RunningCommand& command) {
   int status = 0;
   waitpid(command.pid, &status, 0);
   CommandResult result;
-  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  result.exitCode = exitCodeOf(status);
   result.out = readFile(command.outPath);
   result.err = readFile(command.errPath);
   std::remove(command.outPath.c_str());
   std::remove(command.errPath.c_str());
   return result;
+}
+
+int exitCodeIfEnded(int pid) {
+  int status = 0;
+  return waitpid(pid, &status, WNOHANG) == pid ? exitCodeOf(status) : -1;
+}
+
+bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return true;
 }
 
 std::string readFile(const std::string& path) {
@@ -109,20 +128,4 @@ void writeLevels(const std::string& path, const std::vector<double>& levels, std
 CommandResult CommandTest::spatiola(std::vector<std::string> args, const std::string& stdinPath) {
   args.insert(args.begin(), SPATIOLA_EXE);
   return runCommand(args, stdinPath);
-}
-
-std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from) {
-  for (std::int64_t f = from + 1; f < audio.frames; ++f) {
-    if (std::fabs(audio.at(f, channel) - audio.at(from, channel)) > 1e-7) return f;
-  }
-  return -1;
-}
-
-void expectMovesWithinTheirBlocks(const AudioData& out, const std::vector<std::int64_t>& moves,
-                                  std::int64_t period) {
-  for (const std::int64_t at : moves) {
-    const std::int64_t moved = firstChange(out, 0, at - period);
-    EXPECT_GE(moved, at);
-    EXPECT_LT(moved, at + period);
-  }
 }

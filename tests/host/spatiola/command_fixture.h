@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -31,6 +33,11 @@ struct RunningCommand {
 RunningCommand startCommand(const std::vector<std::string>& argv,
                             const std::string& stdinPath = "");
 CommandResult finishCommand(const RunningCommand& command);
+// Its exit code once it has ended, else -1 at once.
+int exitCodeIfEnded(int pid);
+// Polls `condition` until it holds, for at most `timeout`; true when it held.
+bool eventually(const std::function<bool()>& condition,
+                std::chrono::milliseconds timeout = std::chrono::seconds(10));
 // The whole file as bytes; empty when it cannot be read.
 std::string readFile(const std::string& path);
 
@@ -51,11 +58,6 @@ struct AudioData {
 };
 
 AudioData readAudio(const std::string& path);
-// The first frame after `from` whose sample on `channel` differs from the one at `from` (-1: none).
-std::int64_t firstChange(const AudioData& audio, int channel, std::int64_t from);
-// Each move (a sample) changes channel 0 of `out` within the block of `period` frames it starts.
-void expectMovesWithinTheirBlocks(const AudioData& out, const std::vector<std::int64_t>& moves,
-                                  std::int64_t period);
 // Interleaved frames as a 32-bit float WAVE file.
 void writeAudio(const std::string& path, int channels, const std::vector<double>& samples,
                 int sampleRate = 48000);

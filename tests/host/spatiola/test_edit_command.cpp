@@ -1,16 +1,13 @@
-// spatiola edit --headless --script and spatiola snapshot --editor: Spatiola's editor driven and
-// drawn without a display, the automation log, and the plug-ins whose editor cannot be opened.
+// spatiola edit --headless --script: Spatiola's editor driven and drawn without a display, the
+// automation log, and a click on a control not yet enabled.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 
 #include "host/graphics/png_io.h"
 #include "tests/host/spatiola/command_fixture.h"
 
 namespace {
-
-const std::string kProbe = std::string(PROBE_DIR) + "/probe.so";
 
 class EditCommand : public CommandTest {
  protected:
@@ -32,11 +29,6 @@ class EditCommand : public CommandTest {
   }
 };
 
-std::pair<int, int> pictureSize(const std::string& file) {
-  const std::unique_ptr<DAUB_IBitmap> picture = graphics::readPng(file);
-  return picture ? std::pair(picture->getWidth(), picture->getHeight()) : std::pair(0, 0);
-}
-
 }  // namespace
 
 // Input 1 of a stereo track sits at (-0.25, 0.25), within a pixel of (203, 188) of the editor at
@@ -45,17 +37,10 @@ std::pair<int, int> pictureSize(const std::string& file) {
 // and z at each step and ends each at the release; a parameter set as automation reaches the state;
 // the pictures and states are written.
 TEST_F(EditCommand, AScriptDrivesTheEditorAndTheLogKeepsItsReports) {
-  const CommandResult run = edit(
-      "wait 100\n"
-      "drag 203 188 10 0\n"
-      "set in 2 gain 0.125\n"
-      "wait 50\n"
-      "snapshot " +
-          path("during.png") +
-          "\n"
-          "save-state " +
-          path("during.bin") + "\n",
-      {"--automation-log", path("log.jsonl"), "--save-state", path("after.bin")});
+  const std::string script = "wait 100\ndrag 203 188 10 0\nset in 2 gain 0.125\nwait 50\n";
+  const CommandResult run =
+      edit(script + "snapshot " + path("during.png") + "\nsave-state " + path("during.bin") + "\n",
+           {"--automation-log", path("log.jsonl"), "--save-state", path("after.bin")});
   ASSERT_EQ(run.exitCode, 0) << run.err;
   EXPECT_EQ(run.out, "saved the state of Spatiola to " + path("after.bin") + "\n");
   const std::vector<std::string> reports = editReports();
@@ -64,7 +49,9 @@ TEST_F(EditCommand, AScriptDrivesTheEditorAndTheLogKeepsItsReports) {
   EXPECT_EQ(reports[1], R"({"opcode":"audioMasterAutomate","index":6,"value":0.624547124})");
   EXPECT_EQ(reports[9], R"({"opcode":"audioMasterAutomate","index":5,"value":0.395833343})");
   EXPECT_EQ(reports.back(), R"({"opcode":"audioMasterEndEdit","index":7,"value":0})");
-  EXPECT_EQ(pictureSize(path("during.png")), std::pair(851, 571));
+  const auto picture = graphics::readPng(path("during.png"));
+  ASSERT_NE(picture, nullptr);
+  EXPECT_EQ(std::pair(picture->getWidth(), picture->getHeight()), std::pair(851, 571));
   EXPECT_EQ(readFile(path("during.bin")), readFile(path("after.bin")));
   const CommandResult scene = spatiola({"scene", "export", path("after.bin")});
   EXPECT_NE(scene.out.find("\"x\": -0.2083333333333333"), std::string::npos) << scene.out;
@@ -91,45 +78,4 @@ TEST_F(EditCommand, AClickOnADisabledControlIsNoted) {
     const std::string scene = spatiola({"scene", "export", path("after.bin")}).out;
     EXPECT_EQ(scene.find(R"("name": "LFE")") != std::string::npos, c.lfe) << c.between;
   }
-}
-
-TEST_F(EditCommand, MistakesAndPluginsWithoutAnEditorAreErrors) {
-  const struct {
-    std::string script;
-    std::vector<std::string> extra;
-    std::string errorTail;
-  } cases[] = {
-      {"wait 50\njump\n", {}, "s.txt:2: 'jump' is no command (see the README's edit script)\n"},
-      {"click #4242\n", {}, "s.txt:1: the editor has no control #4242\n"},
-      {"choose #1131 11\n", {}, "s.txt:1: control #1131 has no item 11\n"},
-      {"wait 50\n", {"--plugin", kProbe}, " has no editor (effFlagsHasEditor is clear)\n"},
-  };
-  for (const auto& c : cases) {
-    std::vector<std::string> extra = c.extra;
-    extra.insert(extra.end(), {"--save-state", path("never.bin")});
-    const CommandResult run = edit(c.script, extra);
-    EXPECT_EQ(run.exitCode, 1) << run.err;
-    EXPECT_TRUE(run.err.ends_with(c.errorTail)) << run.err;
-    EXPECT_FALSE(std::filesystem::exists(path("never.bin")));
-  }
-  const CommandResult withoutScript = spatiola({"edit", "--headless"});
-  EXPECT_EQ(withoutScript.exitCode, 2) << withoutScript.err;
-}
-
-// The whole editor at the host's three scales: its size follows the scale.
-TEST_F(EditCommand, SnapshotDrawsTheWholeEditorAtEachScale) {
-  const struct {
-    const char* scale;
-    int width, height;
-  } cases[] = {{"256", 851, 571}, {"384", 1277, 856}, {"512", 1702, 1142}};
-  for (const auto& c : cases) {
-    const CommandResult run =
-        spatiola({"snapshot", "--editor", "--scale", c.scale, path("editor.png")});
-    ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_TRUE(run.out.starts_with("wrote the editor of Spatiola (")) << run.out;
-    EXPECT_EQ(pictureSize(path("editor.png")), std::pair(c.width, c.height)) << c.scale;
-  }
-  const CommandResult probe = spatiola({"snapshot", "--editor", "--plugin", kProbe, path("p.png")});
-  EXPECT_EQ(probe.exitCode, 1);
-  EXPECT_FALSE(std::filesystem::exists(path("p.png")));
 }

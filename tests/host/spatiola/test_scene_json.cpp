@@ -104,31 +104,16 @@ TEST(SceneJson, ExportIsReadableAndImportFillsInDefaults) {
 
 // Representative limits of each kind; the plug-in's own loader pins every field's range.
 TEST(SceneJson, BadInputNamesThePlace) {
-  const std::string longName(64, 'a');
-  std::string many = R"({"inputs": [{})";
-  for (int i = 1; i < 65; ++i) many += ", {}";
   const std::pair<std::string, std::string> cases[] = {
       {R"({"inputs": [{}, {}, {}, {"gain": 7.5}]})", "inputs[3].gain: 7.5 is outside 0..4"},
-      {R"({"inputs": [{"mute": 1}]})", "inputs[0].mute: expected true or false, found 1"},
       {R"({"inputs": [{"volume": 1}]})", "inputs[0]: unknown key \"volume\""},
-      {R"({"speakers": {}})", "speakers: expected a list, found {}"},
       {R"({"layout": "6.1 surround"})",
        "layout: \"6.1 surround\" is not a layout (\"user setup\", \"stereo\", ... \"9.1 ITU-R\", "
        "or \"none\")"},
       {R"({"inputFaderOffset": 6})", "inputFaderOffset: 6 is not a multiple of 4"},
-      {R"({"inputs": [{"nameHex": "4g"}]})", "inputs[0].nameHex: expected pairs of hex digits"},
-      {R"({"speakers": [{"name": ")" + longName + R"("}]})",
-       "speakers[0].name: 64 bytes, at most 63"},
-      {many + "]}", "inputs: 65 entries, at most 64"},
       {R"({"inputs": []})", "speakers: missing: a scene lists its speakers ([] for none)"},
       {R"({"layout": "5.1 surround", "speakers": [{}, {}]})",
        "layout: \"5.1 surround\" has 6 speakers, and \"speakers\" lists 2"},
-      {R"({"layout": "none", "speakers": [{}]})",
-       "layout: \"none\" has 0 speakers, and \"speakers\" lists 1"},
-      {"{\"inputs\": [",
-       "scene.json: not valid JSON: line 1, column 13: syntax error while "
-       "parsing value - unexpected end of input; expected '[', '{', or a "
-       "literal"},
   };
   for (const auto& [json, message] : cases) EXPECT_EQ(importError(json), message) << json;
 }

@@ -38,23 +38,6 @@ unsigned long XWindowClient::find(const std::string& title) const {
   return found;
 }
 
-std::string XWindowClient::title(unsigned long window) const {
-  Display* d = display(display_);
-  Atom type = 0;
-  int format = 0;
-  unsigned long items = 0, after = 0;
-  unsigned char* data = nullptr;
-  std::string text;
-  if (XGetWindowProperty(d, window, XInternAtom(d, "_NET_WM_NAME", False), 0, 1024, False,
-                         XInternAtom(d, "UTF8_STRING", False), &type, &format, &items, &after,
-                         &data) == Success &&
-      data != nullptr) {
-    text.assign(reinterpret_cast<const char*>(data), items);
-    XFree(data);
-  }
-  return text;
-}
-
 std::pair<int, int> XWindowClient::size(unsigned long window) const {
   XWindowAttributes attributes{};
   XGetWindowAttributes(display(display_), window, &attributes);

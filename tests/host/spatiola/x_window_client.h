@@ -1,5 +1,5 @@
-// A connection to the X server of DISPLAY that finds a top-level window by its title, reads the
-// title and asks the window to close (WM_DELETE_WINDOW), as a window manager does. Kept apart from
+// A connection to the X server of DISPLAY that finds a top-level window by its title, reads its
+// size and asks the window to close (WM_DELETE_WINDOW), as a window manager does. Kept apart from
 // Xlib's macros.
 #pragma once
 
@@ -16,8 +16,6 @@ class XWindowClient {
   bool connected() const { return display_ != nullptr; }
   // The first shown child of the root whose title starts with `title`, or 0.
   unsigned long find(const std::string& title) const;
-  // The title as UTF-8 (_NET_WM_NAME), as a window manager shows it.
-  std::string title(unsigned long window) const;
   std::pair<int, int> size(unsigned long window) const;
   void askToClose(unsigned long window) const;
 

@@ -99,26 +99,30 @@ TEST_F(Controls, ComboListsAreChosenWithTheMouseAndWithKeys) {
   EXPECT_EQ(send(kCombo, CB_GETDROPPEDSTATE, 0, 0), 0);
 }
 
+// Keys and selections move over whole UTF-8 characters; the limit never cuts one in two.
 TEST_F(Controls, EditsTypeAndSelectAndReportEveryChange) {
   driver->click(item(kEdit));
   const struct {
     std::vector<std::pair<int, unsigned>> keys;  // (key, modifiers), pressed before the typing
     const char* typed;
-    UINT message;  // sent first unless 0: select all, or set the text to "set"
+    UINT message;  // sent first unless 0: select all, set the text, or limit it to 7 bytes
     const char* text;
     int changes;
   } steps[] = {
       {{}, "Front L", 0, "Front L", 7},
       {{{VK_LEFT, 0}, {VK_BACK, 0}}, "", 0, "FrontL", 1},
       {{{VK_HOME, 0}, {VK_DELETE, 0}}, "", 0, "rontL", 1},
-      {{{VK_END, kModShift}}, "é", 0, "é", 1},
+      {{{VK_END, kModShift}}, "éü", 0, "éü", 2},
+      {{{VK_BACK, 0}, {VK_LEFT, 0}}, "a", 0, "aé", 2},
       {{}, "12", EM_SETSEL, "12", 2},
       {{{VK_LEFT, kModShift}, {VK_BACK, 0}}, "", 0, "1", 1},
-      {{}, "", WM_SETTEXT, "set", 1},
+      {{}, "", WM_SETTEXT, "a set", 1},
+      {{{VK_END, 0}}, "üü", EM_LIMITTEXT, "a setü", 1},
   };
   for (const auto& step : steps) {
     if (step.message == EM_SETSEL) send(kEdit, EM_SETSEL, 0, -1);
-    if (step.message == WM_SETTEXT) send(kEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("set"));
+    if (step.message == WM_SETTEXT) send(kEdit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("a set"));
+    if (step.message == EM_LIMITTEXT) send(kEdit, EM_LIMITTEXT, 7, 0);
     for (const auto& [key, modifiers] : step.keys) driver->key(key, modifiers);
     driver->type(step.typed);
     EXPECT_EQ(text(kEdit), step.text);
@@ -127,9 +131,14 @@ TEST_F(Controls, EditsTypeAndSelectAndReportEveryChange) {
     EXPECT_EQ(changes, step.changes) << step.text;
   }
   DWORD start = 0, end = 0;
-  send(kEdit, EM_SETSEL, 1, 3);
-  send(kEdit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  EXPECT_EQ((std::array{start, end}), (std::array<DWORD, 2>{1, 3}));
+  const auto selection = [&] {
+    send(kEdit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    return std::array{start, end};
+  };
+  send(kEdit, EM_SETSEL, 1, 6);  // 6 is inside the "ü"
+  EXPECT_EQ(selection(), (std::array<DWORD, 2>{1, 5}));
+  driver->doubleClick(item(kEdit), {100, 5});  // past the end: the last word
+  EXPECT_EQ(selection(), (std::array<DWORD, 2>{2, 7}));
   // Return goes to the dialog unless the edit wants it.
   driver->key(VK_RETURN);
   EXPECT_EQ(notes(), (std::vector<Note>{{IDOK, BN_CLICKED, 0}}));
@@ -178,6 +187,25 @@ TEST_F(Controls, FadersScrollWhileDraggedAndEndEachGesture) {
   EXPECT_EQ(send(kFader, TBM_GETPOS, 0, 0), 728) << "two notches of 10 after the jump to 708";
   EXPECT_EQ(notes(), (std::vector<Note>{{kFader, SB_ENDSCROLL, 0}}))
       << "the wheel's gesture ends later";
+}
+
+// Each key press is a gesture of its own; Page keys step a tenth of the range, at least 1. Knob
+// keys are checked through the editor's knobs.
+TEST_F(Controls, FadersTakeKeys) {
+  system->setFocus(window(item(kFader)));
+  for (const int key : {VK_RIGHT, VK_NEXT, VK_PRIOR, VK_END, VK_HOME}) driver->key(key);
+  driver->key(VK_LEFT, kModShift);
+  std::vector<LPARAM> moves;
+  int ends = 0;
+  for (const auto& [id, code, position] : notes()) {
+    if (code == SB_THUMBTRACK) moves.push_back(position);
+    ends += code == SB_ENDSCROLL ? 1 : 0;
+  }
+  EXPECT_EQ(moves, (std::vector<LPARAM>{510, 610, 510, 1000, 0})) << "nothing below the minimum";
+  EXPECT_EQ(ends, 6);
+  send(kFader, TBM_SETRANGE, 1, makeLParam(0, 5));
+  driver->key(VK_NEXT);
+  EXPECT_EQ(send(kFader, TBM_GETPOS, 0, 0), 1);
 }
 
 TEST_F(Controls, HotTrackButtonsClickAndMetersRepaintOnlyChangedPixels) {

@@ -46,30 +46,18 @@ struct Box {
 };
 
 // Records of this build's width.
+inline std::intptr_t recordField(const char* text) {
+  return reinterpret_cast<std::intptr_t>(text);
+}
+
 inline PlaskControlRecord builtinRecord(const char* className, int alignment, const char* text,
                                         int id, Box b, int style = 0) {
-  return {reinterpret_cast<std::intptr_t>(className),
-          alignment,
-          reinterpret_cast<std::intptr_t>(text),
-          id,
-          b.x,
-          b.y,
-          b.w,
-          b.h,
-          style};
+  return {recordField(className), alignment, recordField(text), id, b.x, b.y, b.w, b.h, style};
 }
 
 inline PlaskControlRecord customRecord(const char* text, int id, const char* className, int style,
                                        Box b) {
-  return {reinterpret_cast<std::intptr_t>(text),
-          id,
-          reinterpret_cast<std::intptr_t>(className),
-          style,
-          b.x,
-          b.y,
-          b.w,
-          b.h,
-          0};
+  return {recordField(text), id, recordField(className), style, b.x, b.y, b.w, b.h, 0};
 }
 
 class WindowTest : public ::testing::Test {
@@ -89,6 +77,11 @@ class WindowTest : public ::testing::Test {
 
   HWND frame(int width = 400, int height = 300, int scale256 = 256) {
     return system->createFrame("test", width, height, scale256, false);
+  }
+
+  HWND child(HWND parent, int id, RECT rect = {0, 0, 20, 20}, LONG_PTR style = WS_VISIBLE,
+             WNDPROC proc = recordingWindowProc) {
+    return system->create({.style = style, .rect = rect, .parent = parent, .id = id, .proc = proc});
   }
 
   // The messages of one kind the recording procedures got, in order.

@@ -2,25 +2,17 @@
 
 #include <signal.h>
 #include <spawn.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <fstream>
-#include <thread>
 
 #include "host/graphics/bitmap.h"
 
 extern char** environ;
 
 namespace {
-
-bool exists(const std::string& path) {
-  struct stat info {};
-  return stat(path.c_str(), &info) == 0;
-}
 
 pid_t spawn(const std::vector<std::string>& argv) {
   std::vector<char*> args;
@@ -33,33 +25,22 @@ pid_t spawn(const std::vector<std::string>& argv) {
 
 }  // namespace
 
-// Another process may take the same free number at the same moment: a server that exits instead
-// of opening its socket lost the race, and the next number is tried.
+// Xvfb picks a free display number itself and writes it to the pipe once it takes connections,
+// so tests running at the same time never race for one.
 bool XvfbServer::start(int width, int height, std::string* error) {
   const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-  for (int n = 90; n < 200; ++n) {
-    const std::string name = std::to_string(n);
-    const std::string socket = "/tmp/.X11-unix/X" + name;
-    if (exists(socket) || exists("/tmp/.X" + name + "-lock")) continue;
-    const pid_t pid = spawn({"Xvfb", ":" + name, "-screen", "0", screen, "-nolisten", "tcp"});
-    if (pid <= 0) break;
-    bool exited = false;
-    for (int waited = 0; waited < 200 && !exists(socket) && !exited; ++waited) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-      exited = waitpid(pid, nullptr, WNOHANG) == pid;
-    }
-    // A server that lost the race may still be on its way out when the winner's socket appears.
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    if (!exited && waitpid(pid, nullptr, WNOHANG) == 0 && exists(socket)) {
-      number_ = n;
-      pid_ = pid;
-      setenv("DISPLAY", display().c_str(), 1);
-      return true;
-    }
-    if (!exited) {
-      kill(pid, SIGTERM);
-      waitpid(pid, nullptr, 0);
-    }
+  int ready[2];
+  if (pipe(ready) != 0) return false;
+  pid_ = spawn(
+      {"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0", screen, "-nolisten", "tcp"});
+  close(ready[1]);
+  char number[16] = {};
+  const ssize_t length = pid_ > 0 ? read(ready[0], number, sizeof number - 1) : 0;
+  close(ready[0]);
+  if (length > 0) {
+    number_ = std::atoi(number);
+    setenv("DISPLAY", display().c_str(), 1);
+    return true;
   }
   if (error != nullptr) *error = "Xvfb did not start (is xvfb installed?)";
   return false;

@@ -10,7 +10,7 @@
 
 #include "platform/daub.h"
 
-// Xvfb on the first free display number from 90; stopped and cleaned up on destruction.
+// Xvfb on a free display number; stopped and cleaned up on destruction.
 class XvfbServer {
  public:
   XvfbServer() = default;

@@ -4,57 +4,50 @@
 #pragma once
 
 #include <jack/jack.h>
-#include <sys/types.h>
 
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
-// Waits until `condition` holds, for at most `timeout`; true when it held.
-bool eventually(const std::function<bool()>& condition,
-                std::chrono::milliseconds timeout = std::chrono::seconds(10));
+#include "tests/host/spatiola/command_fixture.h"
 
-// jackd --no-realtime -d dummy -r 48000 -p FRAMES under a name no other test uses.
+// jackd --no-realtime -d dummy -r 48000 -p 256 under a name no other test uses.
 class JackServer {
  public:
   static bool available();  // jackd installed
-  explicit JackServer(int periodFrames = 256);
+  JackServer();
   ~JackServer();  // stops it unless killed
   JackServer(const JackServer&) = delete;
   JackServer& operator=(const JackServer&) = delete;
   const std::string& name() const { return name_; }
-  bool running() const { return running_; }
   void kill();  // stops it under its clients
 
  private:
   std::string name_;
-  pid_t pid_ = -1;
+  RunningCommand jackd_;
   bool running_ = false;
 };
 
-// `spatiola COMMAND --server NAME ARGS` (COMMAND: `live`, or `edit --jack`); standard output and
-// error go to files in `dir`.
+// `spatiola COMMAND --server NAME ARGS` (COMMAND: `live`, or `edit --jack`) with a pipe to its
+// standard input.
 class LiveProgram {
  public:
-  LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
-              std::vector<std::string> args, std::vector<std::string> command = {"live"});
+  LiveProgram(const std::string& server, std::vector<std::string> args,
+              std::vector<std::string> command = {"live"});
   ~LiveProgram();  // quits, then kills it if it does not end
   LiveProgram(const LiveProgram&) = delete;
   LiveProgram& operator=(const LiveProgram&) = delete;
   void send(const std::string& line);
   // The exit code (128 + n for signal n), or -1 when it is still running after `timeout`.
   int wait(std::chrono::milliseconds timeout = std::chrono::seconds(10));
-  std::string out() const;
-  std::string err() const;
+  std::string out() const { return readFile(program_.outPath); }
+  std::string err() const { return readFile(program_.errPath); }
 
  private:
-  pid_t pid_ = -1;
+  RunningCommand program_;
   int stdinFd_ = -1;
   int exitCode_ = -1;
-  std::string outPath_;
-  std::string errPath_;
 };
 
 class ProbeClient {
@@ -66,7 +59,6 @@ class ProbeClient {
   ProbeClient& operator=(const ProbeClient&) = delete;
   float last(int sink) const { return last_[static_cast<std::size_t>(sink)].load(); }
   void clear(int sink) { last_[static_cast<std::size_t>(sink)].store(0.0f); }
-  std::uint64_t periods() const { return periods_.load(); }
   // Asks the server for another period, as a user does in a JACK control application.
   bool setBufferSize(int frames);
   // Full names of the ports whose names match `pattern` (a regular expression).
@@ -80,5 +72,12 @@ class ProbeClient {
   std::vector<jack_port_t*> sources_;
   std::vector<jack_port_t*> sinks_;
   std::vector<std::atomic<float>> last_;
-  std::atomic<std::uint64_t> periods_{0};
+};
+
+// Skips its test where jackd is not installed.
+class JackTest : public CommandTest {
+ protected:
+  void SetUp() override {
+    if (!JackServer::available()) GTEST_SKIP() << "jackd is not installed (scripts/deps.sh)";
+  }
 };

@@ -1,46 +1,14 @@
-#include "tests/host/live/jack_fixture.h"
+#include "tests/host/spatiola/jack_fixture.h"
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
 constexpr const char* kJackd = "/usr/bin/jackd";
-constexpr auto kPoll = std::chrono::milliseconds(20);
-
-pid_t spawn(const std::vector<std::string>& argv, int stdinFd, const std::string& outPath,
-            const std::string& errPath) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (stdinFd >= 0) dup2(stdinFd, STDIN_FILENO);
-    const int out = open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    const int err = open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    dup2(out, STDOUT_FILENO);
-    dup2(err, STDERR_FILENO);
-    std::vector<char*> args;
-    for (const std::string& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
-    args.push_back(nullptr);
-    execv(args[0], args.data());
-    _exit(127);
-  }
-  return child;
-}
-
-int exitCodeOf(int status) {
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-std::string readAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 jack_client_t* openClient(const std::string& name, const std::string& server) {
   return jack_client_open(name.c_str(),
@@ -48,27 +16,25 @@ jack_client_t* openClient(const std::string& name, const std::string& server) {
                           server.c_str());
 }
 
-}  // namespace
-
-bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
-  const auto end = std::chrono::steady_clock::now() + timeout;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(kPoll);
-  }
-  return true;
+// The names of a list JACK allocated, which is freed.
+std::vector<std::string> takeNames(const char** list) {
+  std::vector<std::string> names;
+  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
+  if (list != nullptr) jack_free(static_cast<void*>(list));
+  return names;
 }
+
+}  // namespace
 
 bool JackServer::available() {
   return access(kJackd, X_OK) == 0;
 }
 
-JackServer::JackServer(int periodFrames)
+JackServer::JackServer()
     : name_("spatiola-test-" + std::to_string(getpid()) + "-" +
             std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())) {
-  pid_ = spawn({kJackd, "--no-realtime", "-n", name_, "-d", "dummy", "-r", "48000", "-p",
-                std::to_string(periodFrames)},
-               -1, "/dev/null", "/dev/null");
+  jackd_ = startCommand(
+      {kJackd, "--no-realtime", "-n", name_, "-d", "dummy", "-r", "48000", "-p", "256"});
   jack_set_error_function([](const char*) {});
   jack_set_info_function([](const char*) {});
   running_ = eventually([&] {
@@ -77,8 +43,7 @@ JackServer::JackServer(int periodFrames)
     return probe != nullptr;
   });
   if (!running_) {
-    ::kill(pid_, SIGTERM);
-    waitpid(pid_, nullptr, 0);
+    kill();
     throw std::runtime_error("jackd did not start as " + name_ +
                              " (\"Too many servers\": a jackd killed with SIGKILL keeps one of "
                              "the 8 slots of /dev/shm/jack-shm-registry)");
@@ -86,29 +51,26 @@ JackServer::JackServer(int periodFrames)
 }
 
 JackServer::~JackServer() {
-  if (!running_) return;
-  ::kill(pid_, SIGTERM);
-  waitpid(pid_, nullptr, 0);
+  if (running_) kill();
 }
 
 // SIGTERM, not SIGKILL: a server that dies without closing keeps its slot in JACK's machine-wide
 // registry, which holds 8, until one of the same name starts again.
 void JackServer::kill() {
-  ::kill(pid_, SIGTERM);
-  waitpid(pid_, nullptr, 0);
+  ::kill(jackd_.pid, SIGTERM);
+  finishCommand(jackd_);
   running_ = false;
 }
 
-LiveProgram::LiveProgram(const std::string& exe, const std::string& dir, const std::string& server,
-                         std::vector<std::string> args, std::vector<std::string> command)
-    : outPath_(dir + "/live.out"), errPath_(dir + "/live.err") {
+LiveProgram::LiveProgram(const std::string& server, std::vector<std::string> args,
+                         std::vector<std::string> command) {
   int fds[2];
-  if (pipe(fds) != 0) throw std::runtime_error("no pipe");
-  std::vector<std::string> argv{exe};
+  if (pipe2(fds, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+  std::vector<std::string> argv{SPATIOLA_EXE};
   argv.insert(argv.end(), command.begin(), command.end());
   argv.insert(argv.end(), {"--server", server});
   argv.insert(argv.end(), args.begin(), args.end());
-  pid_ = spawn(argv, fds[0], outPath_, errPath_);
+  program_ = startCommand(argv, "/dev/fd/" + std::to_string(fds[0]));
   close(fds[0]);
   stdinFd_ = fds[1];
   signal(SIGPIPE, SIG_IGN);  // a program that ended makes send() fail, not the test
@@ -116,10 +78,8 @@ LiveProgram::LiveProgram(const std::string& exe, const std::string& dir, const s
 
 LiveProgram::~LiveProgram() {
   send("quit");
-  if (wait() < 0) {
-    ::kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-  }
+  if (wait() < 0) kill(program_.pid, SIGKILL);
+  finishCommand(program_);
   close(stdinFd_);
 }
 
@@ -131,21 +91,11 @@ void LiveProgram::send(const std::string& line) {
 int LiveProgram::wait(std::chrono::milliseconds timeout) {
   eventually(
       [&] {
-        int status = 0;
-        if (exitCode_ < 0 && waitpid(pid_, &status, WNOHANG) == pid_)
-          exitCode_ = exitCodeOf(status);
+        if (exitCode_ < 0) exitCode_ = exitCodeIfEnded(program_.pid);
         return exitCode_ >= 0;
       },
       timeout);
   return exitCode_;
-}
-
-std::string LiveProgram::out() const {
-  return readAll(outPath_);
-}
-
-std::string LiveProgram::err() const {
-  return readAll(errPath_);
 }
 
 ProbeClient::ProbeClient(const std::string& server, std::vector<float> levels, int sinks)
@@ -180,7 +130,6 @@ int ProbeClient::process(jack_nframes_t frames, void* self) {
     const auto* in = static_cast<const float*>(jack_port_get_buffer(probe.sinks_[i], frames));
     probe.last_[i].store(in[frames - 1]);
   }
-  probe.periods_.fetch_add(1);
   return 0;
 }
 
@@ -189,19 +138,11 @@ bool ProbeClient::setBufferSize(int frames) {
 }
 
 std::vector<std::string> ProbeClient::ports(const std::string& pattern) const {
-  std::vector<std::string> names;
-  const char** list = jack_get_ports(client_, pattern.c_str(), nullptr, 0);
-  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
-  if (list != nullptr) jack_free(static_cast<void*>(list));
-  return names;
+  return takeNames(jack_get_ports(client_, pattern.c_str(), nullptr, 0));
 }
 
 std::vector<std::string> ProbeClient::connections(const std::string& port) const {
-  std::vector<std::string> names;
   jack_port_t* handle = jack_port_by_name(client_, port.c_str());
-  if (handle == nullptr) return names;
-  const char** list = jack_port_get_all_connections(client_, handle);
-  for (const char** p = list; p != nullptr && *p != nullptr; ++p) names.emplace_back(*p);
-  if (list != nullptr) jack_free(static_cast<void*>(list));
-  return names;
+  return handle == nullptr ? std::vector<std::string>{}
+                           : takeNames(jack_port_get_all_connections(client_, handle));
 }
