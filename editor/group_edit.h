@@ -38,6 +38,9 @@ constexpr double groupKnobDelta(int knobValue, bool control, bool shift) {
   if (control) return d * 0.25;
   return shift ? d * 4.0 : d;
 }
+static_assert(groupKnobDelta(0x0000, false, false) == -0.1);
+static_assert(groupKnobDelta(0xC000, false, true) == 0.2);
+static_assert(groupKnobDelta(0xC000, true, true) == 0.0125);  // Control wins over Shift
 
 // [UI thread] One knob notification: moves the selected inputs by d in `mode`, kept within the
 // part of the room the view shows; `endOfGesture` closes each report with an end of edit.

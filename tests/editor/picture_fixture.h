@@ -18,7 +18,6 @@
 #include "plugin/host_api.h"
 #include "plugin/plugin_entry.h"
 #include "plugin/window_layer.h"
-#include "tests/editor/fake_window_layer.h"
 #include "tests/host/graphics/graphics_test_support.h"
 
 constexpr DAUB_pixel kBackground = 0xFF202020;
@@ -43,17 +42,6 @@ inline bool near(DAUB_pixel actual, DAUB_pixel expected, int tolerance) {
     if (std::abs(a - e) > tolerance) return false;
   }
   return true;
-}
-
-// `color` at `alpha` over the background, as the copy blend mixes it.
-inline DAUB_pixel over(DAUB_pixel color, double alpha, DAUB_pixel under = kBackground) {
-  DAUB_pixel mixed = 0xFF000000;
-  for (int shift : {0, 8, 16}) {
-    const double c = (color >> shift) & 0xFF;
-    const double u = (under >> shift) & 0xFF;
-    mixed |= static_cast<DAUB_pixel>(c * alpha + u * (1.0 - alpha) + 0.5) << shift;
-  }
-  return mixed;
 }
 
 // Pixels within the box (inclusive) whose colour is near `color`.

@@ -14,7 +14,6 @@
 #include "model/counts.h"
 #include "model/layouts.h"
 #include "plugin/window_layer.h"
-#include "tests/editor/fake_window_layer.h"
 #include "tests/editor/host_reports.h"
 #include "tests/model/model_fixture.h"
 

@@ -153,24 +153,15 @@ TEST(EditorControls, EachControlSetsItsValueAndReportsIt) {
        {automate(0, 1.0f), automate(0, 1.0f), end(0)}},
       {item::kSpaceX + 2, kKey, VK_HOME, [](const PannerPlugin& p) { return p.model.spaceScaleZ; },
        2.0 * tiny, {automate(2, tiny), automate(2, tiny), end(2)}},
-      {item::kZoom, kKey, VK_HOME, zoom, 0.1f, {}},
       {item::kZoom, kKey, VK_END, zoom, 0.85f + 0.1f, {}},
-      {item::kCenterTrim, kKey, VK_HOME, trim, 0.0,
-       {automate(3, 0.0f), automate(3, 0.0f), end(3)}, "-inf"},
       {item::kCenterTrim, kKey, VK_END, trim, top,
        {automate(3, topReport), automate(3, topReport), end(3)}, topText},
       {item::kLayout, kChoose, 4, [](const PannerPlugin& p) { return 1.0 * p.model.layoutPreset; },
        4, {}},
-      {item::kSpeakerFaderMode, kChoose, 1, [](const PannerPlugin& p) {
-         return 1.0 * (p.model.optionFlags & kOptionSpeakerFaderModeMask); }, 0x100, {}},
-      {item::kInputFaderMode, kChoose, 1, [](const PannerPlugin& p) {
-         return 1.0 * (p.model.optionFlags & kOptionInputFaderModeMask); }, 1, {}},
       {item::kInputDisplay, kChoose, 1, [](const PannerPlugin& p) {
          return 1.0 * p.editor.inputFaderOffset; }, 4, {}},
       {item::kSpeakerDisplay, kChoose, 1, [](const PannerPlugin& p) {
          return 1.0 * p.editor.speakerFaderOffset; }, 4, {}},
-      {item::kGroupMode + 2, kChoose, 9, [](const PannerPlugin& p) {
-         return 1.0 * p.editor.groupKnobModes[2]; }, 9, {}},
       // clang-format on
   };
   for (const auto& c : cases) {

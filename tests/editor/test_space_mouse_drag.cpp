@@ -126,6 +126,12 @@ TEST(DragSpeaker, MovesOneSpeakerInModelUnitsLimitedAfterTheRoomScale) {
   EXPECT_TRUE(drag(*plugin, 260, 20));  // Alt let go: no jump to the mouse
   EXPECT_NEAR(plugin->model.speakers[0].y, 0.6, kPlaceTolerance);
   EXPECT_NEAR(plugin->model.speakers[0].x, 0.96, kPlaceTolerance);
+  {
+    HeldKeys alt(false, false, true);
+    EXPECT_TRUE(drag(*plugin, 230, 20));  // level: no height step, so the grab keeps its anchor
+  }
+  EXPECT_TRUE(drag(*plugin, 230, 20));
+  EXPECT_NEAR(plugin->model.speakers[0].x, (244 - 260 + 230 - 100) / 150.0, kPlaceTolerance);
 }
 
 TEST(DragSpeaker, ASpeakerThatVanishedIsNeitherWrittenNorReported) {

@@ -1,5 +1,8 @@
 // Button up and double click in the space view: click selection, end-of-edit reports, the
-// selection rectangle and the reset of the selected inputs.
+// selection rectangle, the reset of the selected inputs and the position readout's text.
+#include <cstring>
+
+#include "editor/view/position_readout.h"
 #include "space_mouse_fixture.h"
 
 namespace {
@@ -31,23 +34,18 @@ TEST(FinishDrag, AClickSelectsAtTheGrabOnlyAnUnselectedInputTheRestAtReleaseWith
 }
 
 TEST(FinishDrag, AWholeGestureReportsEachStepThenEndsEveryValue) {
-  auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}, {0.0, -0.5, 0.0}});
-  selectInputs(*plugin, {0, 2});
+  auto plugin = makeRoom({{0.5, 0.5, 0.0}, {-0.5, 0.0, 0.0}});
+  selectInputs(*plugin, {0});
   RecordingHost host;
   ASSERT_TRUE(grab(*plugin, 150, 50));
   EXPECT_TRUE(drag(*plugin, 160, 50));
   EXPECT_TRUE(drag(*plugin, 160, 40));
   finishDrag(*plugin);
-  // Input 0's position parameters are 5, 6, 7; input 2's 25, 26, 27.
-  const std::vector<Report> expected{
-      automate(5, 0.6),   automate(6, 0.5),  automate(7, 0.0),   automate(25, 0.1),
-      automate(26, -0.5), automate(27, 0.0), automate(5, 0.6),   automate(6, 0.6),
-      automate(7, 0.0),   automate(25, 0.1), automate(26, -0.4), automate(27, 0.0),
-      automate(5, 0.6),   endEdit(5),        automate(6, 0.6),   endEdit(6),
-      automate(7, 0.0),   endEdit(7),        automate(25, 0.1),  endEdit(25),
-      automate(26, -0.4), endEdit(26),       automate(27, 0.0),  endEdit(27)};
+  const std::vector<Report> expected{automate(5, 0.6), automate(6, 0.5), automate(7, 0.0),
+                                     automate(5, 0.6), automate(6, 0.6), automate(7, 0.0),
+                                     automate(5, 0.6), endEdit(5),       automate(6, 0.6),
+                                     endEdit(6),       automate(7, 0.0), endEdit(7)};
   EXPECT_EQ(reportsOf(host), expected);
-  EXPECT_EQ(selectedInputs(*plugin), (std::vector<int>{0, 2}));
   EXPECT_EQ(plugin->view.dragInput, -1);
   EXPECT_EQ(plugin->view.dragMoves, 0);
 }
@@ -103,58 +101,61 @@ TEST(BandSelection, SelectsTheDotsInsideTheHalfOpenRectangle) {
   }
 }
 
-class ResetPositions : public ::testing::Test {
- protected:
-  void SetUp() override { plugin_->host.editorWindow = fake_window::kParent; }
-  std::unique_ptr<PannerPlugin> plugin_ =
-      makeRoom({{0.5, -0.25, 0.0}, {0.5, 0.5, 0.3}, {0.1, 0.1, 0.4}});
-  fake_window::Installed label_;
-  RecordingHost host_;
-};
-
-TEST_F(ResetPositions, RaisedInputsComeDownAndFloorInputsGoToTheCentre) {
-  selectInputs(*plugin_, {0, 1});
-  resetPositions(*plugin_);
-  EXPECT_EQ(plugin_->model.inputs[1].z, 0.0);
-  EXPECT_EQ(plugin_->model.inputs[1].x, 0.5);
-  EXPECT_EQ(plugin_->model.inputs[0].x, 0.0);
-  EXPECT_EQ(plugin_->model.inputs[2].z, 0.4) << "not selected";
-  // A height reset reports x, y and z of every selected input, each value ended.
-  EXPECT_EQ(reportsOf(host_),
-            (std::vector<Report>{automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6),
-                                 automate(7, 0.0), endEdit(7), automate(15, 0.5), endEdit(15),
-                                 automate(16, 0.5), endEdit(16), automate(17, 0.0), endEdit(17)}));
-  EXPECT_EQ(plugin_->model.dirtyInputs, 3u);
-  EXPECT_EQ(fake_window::calls, (std::vector<std::string>{"kill 10", "text 1287 "}))
-      << "two inputs selected: the readout is emptied";
+// Inputs 0 (0.5, -0.25, 0), 1 (0.5, 0.5, 0.3), 2 (0.1, 0.1, 0.4) and 3 at the centre: a raised
+// input comes down, one on the floor goes to the centre; each changed value is reported and ended.
+TEST(ResetPositions, RaisedInputsComeDownAndFloorInputsGoToTheCentreUnlessLocked) {
+  const std::vector<Place> start{{0.5, -0.25, 0.0}, {0.5, 0.5, 0.3}, {0.1, 0.1, 0.4}, {0, 0, 0}};
+  const struct {
+    std::vector<int> selected;
+    bool locked;
+    std::vector<Place> after;
+    std::vector<Report> reports;  // x, y and z for a height reset, x and y on the floor
+  } cases[] = {{{0, 1},
+                false,
+                {{0, 0, 0}, {0.5, 0.5, 0}, start[2], start[3]},
+                {automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6), automate(7, 0.0),
+                 endEdit(7), automate(15, 0.5), endEdit(15), automate(16, 0.5), endEdit(16),
+                 automate(17, 0.0), endEdit(17)}},
+               {{0},
+                false,
+                {{0, 0, 0}, start[1], start[2], start[3]},
+                {automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6)}},
+               {{3}, false, start, {}},
+               {{1}, true, start, {}}};
+  for (const auto& c : cases) {
+    auto plugin = makeRoom(start);
+    selectInputs(*plugin, c.selected);
+    plugin->editor.lockInputs = c.locked ? 1 : 0;
+    RecordingHost host;
+    resetPositions(*plugin);
+    for (int i = 0; i < 4; ++i) expectPlace(plugin->model.inputs[i], c.after[i]);
+    EXPECT_EQ(reportsOf(host), c.reports);
+    std::uint64_t rows = 0;
+    for (const int i : c.selected) rows |= c.reports.empty() ? 0 : std::uint64_t{1} << i;
+    EXPECT_EQ(plugin->model.dirtyInputs, rows);
+    EXPECT_EQ(plugin->model.changeFlags.load(), c.reports.empty() ? 0u : kChangeInputs);
+  }
 }
 
-TEST_F(ResetPositions, FloorResetReportsXAndYAndOneSelectedInputIsShown) {
-  selectInputs(*plugin_, {1});
-  resetPositions(*plugin_);
-  EXPECT_EQ(fake_window::calls, (std::vector<std::string>{
-                                    "kill 10", "text 1287 50%R  50%F  (45 deg)", "timer 10 2000"}));
-  plugin_->model.inputs[1].selected = 0;
-  plugin_->model.inputs[0].selected = 1;
-  host_.clear();
-  resetPositions(*plugin_);
-  EXPECT_EQ(plugin_->model.inputs[0].y, 0.0);
-  EXPECT_EQ(reportsOf(host_),
-            (std::vector<Report>{automate(5, 0.0), endEdit(5), automate(6, 0.0), endEdit(6)}));
-}
-
-TEST_F(ResetPositions, DoesNothingWhenLockedOrAlreadyAtTheCentre) {
-  plugin_->model.inputs[0].x = plugin_->model.inputs[0].y = 0.0;
-  selectInputs(*plugin_, {0});
-  resetPositions(*plugin_);
-  selectInputs(*plugin_, {1});
-  plugin_->editor.lockInputs = 1;
-  resetPositions(*plugin_);
-  EXPECT_TRUE(host_.calls().empty());
-  EXPECT_TRUE(fake_window::calls.empty());
-  EXPECT_EQ(plugin_->model.inputs[1].z, 0.3);
-  EXPECT_EQ(plugin_->model.dirtyInputs, 0u);
-  EXPECT_EQ(plugin_->model.changeFlags.load(), 0u);
+// The readout of the info label: percent and degrees without the last separator.
+TEST(ReadoutText, PercentAndDegreesWithoutTheLastSeparator) {
+  const struct {
+    double x, y, z;
+    const char* text;
+  } cases[] = {{0.5, 0.5, 0.0, "50%R  50%F  (45 deg)"},
+               {-0.25, 0.0, 0.0, "25%L"},
+               {0.0, -1.0, 0.0, "100%B"},
+               {0.0, 0.0, 0.0, ""},
+               {-0.5, -0.5, 0.0, "50%L  50%B  (-135 deg)"},
+               {0.0, 0.0, -0.3, "-30%H  (-90 deg)"},
+               {0.3, 0.4, 0.5, "30%R  40%F  (37 deg)  50%H  (45 deg)"},
+               {0.001, 0.0, 0.0, "0%R"}};
+  for (const auto& c : cases) {
+    char text[kReadoutCapacity];
+    std::memset(text, 'x', sizeof text);
+    formatPosition(text, kReadoutCapacity, c.x, c.y, c.z);
+    EXPECT_STREQ(text, c.text);
+  }
 }
 
 }  // namespace

@@ -1,52 +1,22 @@
-// The room picture drawn through the inline view into Cairo host bitmaps, probed at computed
-// places, for what the reference pictures do not show. Geometry of the default 200 x 160 bitmap at
-// zoom 0.48: centre (100, 80), 96 x 76.8 px per model unit, so an input at (0.5, 0.5) sits at
-// (148, 42) and one at (-0.5, -0.5) at (52, 118).
+// The room picture drawn through the inline view into Cairo host bitmaps: whole pictures compared
+// with reviewed reference PNGs (regenerate with SPATIOLA_UPDATE_REFERENCE_IMAGES=1, review the
+// files in tests/editor/reference/; a mismatch leaves <name>.actual.png), and probes at computed
+// places for what they do not show. Geometry of the default 200 x 160 bitmap at zoom 0.48: centre
+// (100, 80), 96 x 76.8 px per model unit, so an input at (0.5, 0.5) sits at (148, 42) and one at
+// (-0.5, -0.5) at (52, 118).
+#include <memory>
+#include <vector>
+
+#include "host/graphics/font.h"
+#include "host/graphics/png_io.h"
 #include "tests/editor/picture_fixture.h"
+#include "tests/host/graphics/reference_png.h"
 
 namespace {
 
-bool yellowish(DAUB_pixel p) {
-  return red(p) > 0x80 && green(p) > 0x80 && blue(p) < 0x60;
-}
-int countYellow(const BitmapPtr& bitmap, int left, int top, int right, int bottom) {
-  int count = 0;
-  for (int y = top; y <= bottom; ++y) {
-    for (int x = left; x <= right; ++x)
-      count += yellowish(graphics::DAUB_GetPixel(bitmap.get(), x, y));
-  }
-  return count;
-}
+constexpr DAUB_pixel kYellow = 0xFFFFFF00;
 
 using RoomPicture = PictureTest;
-
-TEST_F(RoomPicture, TheRoomOutlineFollowsTheRoomSize) {
-  // A room half as wide and a quarter as deep: outline at x 100 - 48 and y 80 - round(19.2).
-  plugin.model.spaceScaleX = 0.5;
-  plugin.model.spaceScaleY = 0.25;
-  const BitmapPtr bitmap = paint();
-  EXPECT_EQ(at(bitmap, 52, 70), kRoomGrey);
-  EXPECT_EQ(at(bitmap, 60, 61), kRoomGrey);
-  EXPECT_EQ(at(bitmap, 4, 70), kBackground);  // where the full room's outline runs
-  EXPECT_EQ(at(bitmap, 30, 80), kRoomGrey);   // the axes still span the view
-}
-
-TEST_F(RoomPicture, NineInputsCycleThroughEightColoursAndDimWhenAnotherIsSoloed) {
-  counts(9, 0);
-  const double spots[9][2] = {{-0.5, 0.5}, {0.0, 0.5},   {0.5, 0.5},  {-0.5, 0.0}, {0.25, 0.25},
-                              {0.5, 0.0},  {-0.5, -0.5}, {0.0, -0.5}, {0.5, -0.5}};
-  for (int i = 0; i < 9; ++i) copyChannelName(place(i, spots[i][0], spots[i][1]).name, "x");
-  const ViewGeometry view = viewGeometry(plugin, 200, 160);
-  for (double alpha : {1.0, 0.5}) {
-    plugin.model.inputs[4].solo = alpha < 1.0;  // the soloed one stays bright
-    const BitmapPtr bitmap = paint();
-    for (int i = 0; i < 9; ++i) {
-      const ViewPoint p = projectInput(view, plugin, plugin.model.inputs[i]).raised;
-      const double expected = i == 4 ? 1.0 : alpha;
-      EXPECT_TRUE(near(at(bitmap, p.x - 3, p.y + 2), over(inputPalette[i & 7], expected), 3)) << i;
-    }
-  }
-}
 
 TEST_F(RoomPicture, UnsoloedSpeakersUseTheDimmedIconAndLfeSpeakersAreNotDrawn) {
   counts(0, 3);
@@ -56,24 +26,10 @@ TEST_F(RoomPicture, UnsoloedSpeakersUseTheDimmedIconAndLfeSpeakersAreNotDrawn) {
   plugin.model.layoutPreset = 2;
   const BitmapPtr bitmap = paint();
   EXPECT_GT(countNear(bitmap.get(), 140, 72, 155, 87, 0xFF808000, 0x10), 10);
-  EXPECT_EQ(countYellow(bitmap, 140, 72, 155, 87), 0);
-  EXPECT_GT(countYellow(bitmap, 44, 72, 59, 87), 10);
-  EXPECT_EQ(countYellow(bitmap, 80, 20, 120, 60), 0);
+  EXPECT_EQ(countNear(bitmap.get(), 140, 72, 155, 87, kYellow, 0x60), 0);
+  EXPECT_GT(countNear(bitmap.get(), 44, 72, 59, 87, kYellow, 0x60), 10);
+  EXPECT_EQ(countNear(bitmap.get(), 80, 20, 120, 60, kYellow, 0x60), 0);
   EXPECT_EQ(countNear(bitmap.get(), 80, 20, 120, 60, 0xFF808000, 0x10), 0);
-}
-
-TEST_F(RoomPicture, PresetSpeakersAreNotLabelledAndADraggedOneShowsACrosshair) {
-  counts(0, 1);
-  placeSpeaker(0, "Rear", -0.5, -0.5);  // (52, 118): a user setup labels it on the left
-  plugin.model.layoutPreset = 0;
-  EXPECT_GT(countYellow(paint(), 10, 112, 43, 124), 5);
-  plugin.model.layoutPreset = 2;
-  plugin.view.dragSpeaker = 0;
-  const BitmapPtr dragged = paint();
-  EXPECT_EQ(countYellow(dragged, 10, 112, 43, 124), 0);
-  EXPECT_TRUE(yellowish(at(dragged, 46, 118)));
-  plugin.view.dragSpeaker = -1;
-  EXPECT_FALSE(yellowish(at(paint(), 46, 118)));
 }
 
 TEST_F(RoomPicture, SelectionBandIsAnAdditiveFillWithAnOutline) {
@@ -128,76 +84,120 @@ TEST_F(InlinePaint, APollingPaintDrawsOnlyWhenThePictureChanged) {
   EXPECT_EQ(paintInto(bitmap.get(), 1), 0);
 }
 
-TEST_F(InlinePaint, NeedsABitmapAndABlock) {
-  unsigned char block[40] = {};
-  BitmapPtr bitmap = newBitmap(60, 40, 0xFF000000);
-  const float paintMessage = static_cast<float>(WM_PAINT);
-  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16, 0, block, paintMessage), 0);
-  EXPECT_EQ(dispatcher(&plugin.host.effect, effVendorSpecific, 16,
-                       reinterpret_cast<VstIntPtr>(bitmap.get()), nullptr, paintMessage),
-            0);
-  EXPECT_EQ(at(bitmap, 10, 10), 0xFF000000u);
-}
-
-using SharedDrawing = PictureTest;
-
-TEST_F(SharedDrawing, TheFirstPaintMakesTheFontAndIconsAndTheLastInstanceDropsThem) {
-  releaseSharedDrawingResources();
-  paint(40, 30);
-  ASSERT_NE(labelFont, nullptr);
-  EXPECT_EQ(labelFont->logFont.lfHeight, 12);
-  const DAUB_pixel colors[] = {0xFFFFFF00, 0xFF808000};  // active, dimmed
-  for (int icon : {kSpeakerIconActive, kSpeakerIconDimmed}) {
-    ASSERT_NE(speakerIcons[icon], nullptr);
-    EXPECT_EQ(graphics::DAUB_GetPixel(speakerIcons[icon], 6, 5), colors[icon]);  // glyph (3, 0)
-    EXPECT_EQ(alphaOf(graphics::DAUB_GetPixel(speakerIcons[icon], 5, 5)), 0);    // glyph (2, 0)
-  }
-  DAUB_IBitmap* const madeIcon = speakerIcons[0];
-  paint(40, 30);
-  EXPECT_EQ(speakerIcons[0], madeIcon);  // made once per process
-  sharedBoldFont();
-  releaseSharedDrawingResources();
-  EXPECT_EQ(labelFont, nullptr);
-  EXPECT_EQ(boldFont, nullptr);
-  EXPECT_EQ(speakerIcons[1], nullptr);
-}
-
-// The editor's view painting real host bitmaps: a kept back layer and inputs on the front.
-class EditorViewPicture : public PictureTest {
+// The view's font over the host's fonts: one per pixel height, four kept, the least recently used
+// taken for a fifth; the wrapper's state reaches a host font when drawing, not when measuring.
+class ViewFont : public PictureTest {
  protected:
-  void SetUp() override {
-    PictureTest::SetUp();
-    fake_window::install();
-    fake_window::clientRect = {0, 0, 200, 160};
-    fake_window::parentUserData = reinterpret_cast<LONG_PTR>(&plugin);
-    spaceViewControlCreator()(fake_window::kParent, 1023, "SpatiolaWindow", 0, 0, 0, 200, 160);
+  graphics::CairoFont* realize(int scale256, UINT drawFlags = 0) {
+    BitmapPtr bitmap = newBitmap(40, 20);
+    bitmap->Extended(DAUB_EXT_SET_ADVISORY_SCALE, &scale256);
+    RECT box{0, 0, 40, 20};
+    if (drawFlags != 0) font->DrawText(bitmap.get(), "A", -1, &box, drawFlags);
+    return dynamic_cast<graphics::CairoFont*>(font->realizeForBitmap(bitmap.get()));
   }
-  void TearDown() override {
-    fake_window::uninstall();
-    delete plugin.view.viewFront;
-    delete plugin.view.viewBack;
+  static int heightOf(graphics::CairoFont* host) {
+    return graphics::fontDescriptionOf(host->GetFontHandle())->height;
   }
-  void paintView() { fake_window::createdProcedure(fake_window::kView, WM_PAINT, 0, 0); }
-  DAUB_pixel front(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewFront, x, y); }
-  DAUB_pixel back(int x, int y) { return graphics::DAUB_GetPixel(plugin.view.viewBack, x, y); }
+
+  std::unique_ptr<dpiAwareFont> font{createViewFont(false)};
 };
 
-TEST_F(EditorViewPicture, InputsAreDrawnOverTheKeptBackLayerWhenAnnounced) {
-  counts(1, 0);
-  copyChannelName(place(0, 0.5, 0.5).name, "a");
-  plugin.model.changeFlags = 0;
-  paintView();  // the new back layer is drawn without being asked
-  ASSERT_NE(plugin.view.viewFront, nullptr);
-  EXPECT_TRUE(near(front(151, 42), 0xFFFFFFFF, 3));
-  EXPECT_EQ(back(151, 42), kBackground);
-  EXPECT_EQ(front(30, 80), kRoomGrey);
-  place(0, -0.5, -0.5);
-  paintView();  // not announced: the kept picture stays
-  EXPECT_NE(front(151, 42), kBackground);
-  plugin.model.changeFlags |= kChangeInputs;
-  paintView();
-  EXPECT_EQ(front(151, 42), kBackground);
-  EXPECT_TRUE(near(front(49, 118), 0xFFFFFFFF, 3));
+TEST_F(ViewFont, KeepsFourPixelHeightsAndReusesTheLeastRecentlyUsedForAFifth) {
+  const struct {
+    int scale256, height, flags;
+  } sizes[] = {{0, 12, DAUB_FONT_FLAG_OWNS_HANDLE},
+               {256, 12, DAUB_FONT_FLAG_OWNS_HANDLE},
+               {300, 14, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED},
+               {384, 18, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED},
+               {512, 24, DAUB_FONT_FLAG_OWNS_HANDLE | DAUB_FONT_FLAG_SCALED}};
+  std::vector<graphics::CairoFont*> hosts;
+  for (const auto& size : sizes) {
+    hosts.push_back(realize(size.scale256));
+    EXPECT_EQ(heightOf(hosts.back()), size.height) << size.scale256;
+    EXPECT_EQ(hosts.back()->attachFlags(), size.flags) << size.scale256;
+  }
+  EXPECT_EQ(hosts[1], hosts[0]);
+  EXPECT_EQ(realize(256), hosts[0]) << "realised once, now the most recently used";
+  EXPECT_EQ(realize(640), hosts[2]) << "14 px was the least recently used";
+  EXPECT_EQ(heightOf(hosts[2]), 30);
+  EXPECT_EQ(font->cacheEntry(0).height, 18);
+}
+
+TEST_F(ViewFont, DrawingCopiesTheWrappersStateAndChangedHostFlagsRealizeAgain) {
+  font->SetTextColor(0xFF102030);
+  font->SetLineGap(3);
+  graphics::CairoFont* host = realize(256, DT_CALCRECT | DT_SINGLELINE);
+  const int cellHeight = host->GetLineHeight();
+  EXPECT_NE(host->GetTextColor(), 0xFF102030u);
+  EXPECT_EQ(realize(256, DT_SINGLELINE)->GetTextColor(), 0xFF102030u);
+  EXPECT_EQ(host->GetLineHeight(), cellHeight + 3);
+  static std::uint32_t hostFlags = 4;  // bit 2 is not the font's business
+  font->flagsCallback = [](int) { return hostFlags; };
+  const HFONT handle = realize(256)->GetFontHandle();
+  EXPECT_EQ(host->attachFlags(), DAUB_FONT_FLAG_OWNS_HANDLE);
+  hostFlags = 0x10;
+  EXPECT_EQ(realize(256), host);
+  EXPECT_NE(host->GetFontHandle(), handle);
+  EXPECT_EQ(host->attachFlags(), 0x10 | DAUB_FONT_FLAG_OWNS_HANDLE);
+  hostApi.DAUB_CreateFont = nullptr;  // a host without fonts: lines ten high
+  EXPECT_EQ(std::unique_ptr<dpiAwareFont>(createViewFont(false))->GetLineHeight(), 10);
+  bindHostGraphics();
+}
+
+constexpr int kTolerancePerChannel = 8;
+constexpr int kAllowedDifferingPixels = 12;
+
+class ReferencePicture : public PictureTest {
+ protected:
+  // Five speakers of a user setup (one raised, one muted) and four inputs showing every mark.
+  void buildScene() {
+    counts(4, 5);
+    const struct {
+      const char* name;
+      double x, y, z;
+    } speakers[] = {{"speaker L", -1, 1, 0},
+                    {"C", 0, 1, 0},
+                    {"R", 1, 1, 0.5},
+                    {"Ls", -1, -1, 0},
+                    {"Rs", 1, -1, 0}};
+    for (int i = 0; i < 5; ++i) {
+      placeSpeaker(i, speakers[i].name, speakers[i].x, speakers[i].y, speakers[i].z).influence =
+          0.6;
+    }
+    plugin.model.speakers[3].mute = 1;
+    plugin.model.layoutPreset = 0;
+    plugin.view.zoom = 0.4;
+    InputChannel& vox = place(0, -0.4, 0.3);
+    copyChannelName(vox.name, "Vox");
+    vox.diffuse = 0.3;
+    vox.diffuseBias = 0.4;
+    vox.diffuseAngle = 0.25;
+    vox.selected = 1;
+    place(1, 0.5, 0.2, 0.6).diffuse = 0.15;
+    InputChannel& pad = place(2, 0.1, -0.5);
+    pad.selected = 1;
+    pad.reverse = 1;
+    pad.mute = 1;
+    place(3, -0.2, -0.2, -0.5);
+  }
+
+  void expectMatchesReference(DAUB_IBitmap* actual, const std::string& name) {
+    expectMatchesReferencePng(actual, EDITOR_REFERENCE_DIR, name, kTolerancePerChannel,
+                              kAllowedDifferingPixels);
+  }
+};
+
+TEST_F(ReferencePicture, SceneAtOneAndTwoHundredPercent) {
+  const struct {
+    const char* name;
+    int width, height, scale256, hitScale256;
+  } cases[] = {{"room_100", 240, 180, 0, 256}, {"room_200", 480, 360, 512, 512}};
+  for (const auto& c : cases) {
+    buildScene();
+    const BitmapPtr bitmap = paint(c.width, c.height, c.scale256);
+    expectMatchesReference(bitmap.get(), c.name);
+    EXPECT_EQ(plugin.view.inlineScale, c.hitScale256) << "the inline view's hit size follows";
+  }
 }
 
 }  // namespace
