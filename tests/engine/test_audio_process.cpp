@@ -104,6 +104,9 @@ TEST_F(AudioProcess, MetersFollowTheScrolledStripsAndOnlyTheHostsInputs) {
   EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.5);
   for (int j = 0; j < kMeterSlots; ++j)
     EXPECT_EQ(plugin->mix.speakerPeaks[j].load(), std::fabs(out[4 + j][7])) << j;
+  plugin->model.speakers[5].mute = 1;  // its slot clears: speaker 5's mute, not speaker 1's
+  processBlock(*plugin, constant({0.5}, 8), 20, 8);
+  EXPECT_EQ(plugin->mix.speakerPeaks[1].load(), 0.0);
   setInputCount(*plugin, 3);  // the host still gives one buffer: the others are never read
   plugin->host.effect.numInputs = 1;
   plugin->editor.inputFaderOffset = 0;
